@@ -1,0 +1,94 @@
+#include "MXF/Zelm/DataIO/File/FileDataSink.h"
+
+#include "MXF/Zelm/DataIO/File/NativeFile.h"
+#include "MXF/Zelm/Platform/Text.h"
+
+#include <algorithm>
+
+namespace MXF::Zelm::DataIO::File {
+
+namespace {
+
+constexpr std::size_t bufferSize = 256 * 1024;
+
+NativeFile::Access accessFor(FileDataSink::Mode mode) {
+    switch (mode) {
+    case FileDataSink::Mode::Replace:
+        return NativeFile::Access::Replace;
+    case FileDataSink::Mode::Modify:
+        return NativeFile::Access::Modify;
+    case FileDataSink::Mode::CreateNew:
+        break;
+    }
+    return NativeFile::Access::CreateNew;
+}
+
+} // namespace
+
+FileDataSink::FileDataSink(std::string_view fileName, Mode mode)
+    : FileDataSink(NativeFile::open(fileName, accessFor(mode))) {}
+
+FileDataSink::FileDataSink(std::u16string_view fileName, Mode mode)
+    : FileDataSink(Platform::toUtf8(fileName), mode) {}
+
+FileDataSink::FileDataSink(std::unique_ptr<NativeFile> file) : file_(std::move(file)), size_(file_->size()) {}
+
+FileDataSink::~FileDataSink() {
+    try {
+        close();
+    } catch (...) {
+        // A destructor cannot report it; close() can.
+    }
+}
+
+void FileDataSink::write(const unsigned char* buffer, std::uint64_t size) {
+    if (size >= bufferSize - buffer_.size()) {
+        flush();
+        while (size >= bufferSize) {
+            auto const piece = static_cast<std::size_t>(std::min<std::uint64_t>(size, 1u << 30));
+            file_->writeAt(bufferStart_, buffer, piece);
+            bufferStart_ += piece;
+            size_ = std::max(size_, bufferStart_);
+            buffer += piece;
+            size -= piece;
+        }
+    }
+    buffer_.insert(buffer_.end(), buffer, buffer + static_cast<std::size_t>(size));
+}
+
+std::uint64_t FileDataSink::seek(std::uint64_t position) {
+    flush();
+    bufferStart_ = std::min(position, size_);
+    return bufferStart_;
+}
+
+void FileDataSink::flush() {
+    if (buffer_.empty())
+        return;
+    file_->writeAt(bufferStart_, buffer_.data(), buffer_.size());
+    bufferStart_ += buffer_.size();
+    size_ = std::max(size_, bufferStart_);
+    buffer_.clear();
+}
+
+void FileDataSink::synchronize() {
+    flush();
+    file_->synchronize();
+}
+
+void FileDataSink::truncate() {
+    flush();
+    file_->truncate(bufferStart_);
+    size_ = bufferStart_;
+}
+
+void FileDataSink::close() {
+    flush();
+    file_->close();
+}
+
+std::uint64_t FileDataSink::size() const { return std::max(size_, absoluteOffset()); }
+
+std::string const& FileDataSink::fileName() const { return file_->name(); }
+
+} // namespace MXF::Zelm::DataIO::File

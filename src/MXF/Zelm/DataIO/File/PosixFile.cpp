@@ -1,0 +1,141 @@
+#if !defined(_WIN32)
+
+#include "MXF/Zelm/DataIO/File/NativeFile.h"
+
+#include "MXF/Zelm/Exceptions/Exceptions.h"
+#include "MXF/Zelm/Templates/SafeCast.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace MXF::Zelm::DataIO::File {
+
+namespace {
+
+static_assert(sizeof(off_t) == 8, "large files need 64-bit offsets");
+
+class PosixFile : public NativeFile {
+public:
+    PosixFile(std::string_view fileName, Access access) : NativeFile(fileName) {
+        descriptor_ = retried([&] { return ::open(name().c_str(), flags(access), 0666); });
+        if (descriptor_ < 0)
+            fail("cannot open");
+        // The destructor does not run when the constructor throws.
+        try {
+            refuseWhatCannotSeek();
+        } catch (...) {
+            ::close(descriptor_);
+            throw;
+        }
+    }
+
+    ~PosixFile() override {
+        if (descriptor_ >= 0)
+            ::close(descriptor_);
+    }
+
+    std::uint64_t size() const override {
+        // A block device has no size in its inode, but an end that can be sought.
+        off_t const end = ::lseek(descriptor_, 0, SEEK_END);
+        if (end < 0)
+            fail("cannot find the size");
+        return static_cast<std::uint64_t>(end);
+    }
+
+    std::size_t readAt(std::uint64_t position, unsigned char* buffer, std::size_t count) override {
+        std::size_t done = 0;
+        while (done < count) {
+            auto const got = retried([&] {
+                return ::pread(descriptor_, buffer + done, count - done,
+                               Templates::safeCast<off_t>(position + done));
+            });
+            if (got < 0)
+                fail("cannot read");
+            if (got == 0)
+                break;
+            done += static_cast<std::size_t>(got);
+        }
+        return done;
+    }
+
+    void writeAt(std::uint64_t position, const unsigned char* buffer, std::size_t count) override {
+        std::size_t done = 0;
+        while (done < count) {
+            auto const put = retried([&] {
+                return ::pwrite(descriptor_, buffer + done, count - done,
+                                Templates::safeCast<off_t>(position + done));
+            });
+            if (put < 0)
+                fail("cannot write");
+            done += static_cast<std::size_t>(put);
+        }
+    }
+
+    void truncate(std::uint64_t newSize) override {
+        if (retried([&] { return ::ftruncate(descriptor_, Templates::safeCast<off_t>(newSize)); }) != 0)
+            fail("cannot cut");
+    }
+
+    void synchronize() override {
+        if (retried([&] { return ::fsync(descriptor_); }) != 0)
+            fail("cannot bring to the device");
+    }
+
+    void close() override {
+        int const descriptor = descriptor_;
+        descriptor_ = -1;
+        if (descriptor >= 0 && ::close(descriptor) != 0)
+            fail("cannot close");
+    }
+
+private:
+    static int flags(Access access) {
+        switch (access) {
+        case Access::CreateNew:
+            return O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
+        case Access::Replace:
+            return O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC;
+        case Access::Modify:
+            return O_RDWR | O_CLOEXEC;
+        case Access::Read:
+            break;
+        }
+        return O_RDONLY | O_CLOEXEC;
+    }
+
+    /// Runs a system call again while a signal interrupts it.
+    template <class Call>
+    static auto retried(Call call) -> decltype(call()) {
+        decltype(call()) result;
+        do
+            result = call();
+        while (result < 0 && errno == EINTR);
+        return result;
+    }
+
+    void refuseWhatCannotSeek() {
+        struct stat status {};
+        if (::fstat(descriptor_, &status) != 0)
+            fail("cannot open");
+        if (S_ISDIR(status.st_mode))
+            throw Exceptions::SystemError(name(), "cannot open", EISDIR);
+        if (::lseek(descriptor_, 0, SEEK_CUR) < 0)
+            fail("cannot seek");
+    }
+
+    [[noreturn]] void fail(const char* action) const { throw Exceptions::SystemError(name(), action, errno); }
+
+    int descriptor_ = -1;
+};
+
+} // namespace
+
+std::unique_ptr<NativeFile> NativeFile::open(std::string_view name, Access access) {
+    return std::make_unique<PosixFile>(name, access);
+}
+
+} // namespace MXF::Zelm::DataIO::File
+
+#endif
