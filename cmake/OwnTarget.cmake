@@ -17,6 +17,12 @@ function(mxfzelm_own_target target)
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${MXFZELM_WERROR}>:-Werror>)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+        # g++ 12 warns of overlapping copies inside plain std::string concatenation at -O2 and -O3.
+        target_compile_options(${target} PRIVATE -Wno-restrict)
+    endif()
+    # Source files are named relative to the project in what is compiled in (__FILE__), wherever it is built.
+    target_compile_options(${target} PRIVATE "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
     target_compile_definitions(${target} PRIVATE _FILE_OFFSET_BITS=64)
     if(WIN32)
         target_compile_definitions(${target} PRIVATE _WIN32_WINNT=0x0601 UNICODE)
