@@ -4,8 +4,6 @@
 #include "MXF/Zelm/KLV/FixedLengthIdentificationType.h"
 #include "MXF/Zelm/Types/Shapes.h"
 
-#include <functional>
-
 namespace MXF::Zelm::Types {
 
 class MXFZELM_EXPORT UUID final : public FixedSizeType<UUID, Identifiers::UUID, 16> {
@@ -36,12 +34,3 @@ public:
 };
 
 } // namespace MXF::Zelm::Types
-
-/// UUIDs as keys of hash maps. Files may hold UUIDs that an adversary chose, so all bytes count.
-template <>
-struct std::hash<MXF::Zelm::Types::UUID> {
-    std::size_t operator()(MXF::Zelm::Types::UUID const& uuid) const noexcept {
-        return std::hash<std::string_view>()(
-            std::string_view(reinterpret_cast<const char*>(uuid.rawBuffer()), uuid.size()));
-    }
-};

@@ -1,0 +1,287 @@
+#include "MXF/Zelm/Metadata/MetadataSet.h"
+
+#include "MXF/Zelm/ByteCoders/BER.h"
+#include "MXF/Zelm/ByteCoders/BigEndian.h"
+#include "MXF/Zelm/DataIO/Memory/MemoryViewDataSource.h"
+#include "MXF/Zelm/Exceptions/Exceptions.h"
+#include "MXF/Zelm/Metadata/Labels.h"
+#include "MXF/Zelm/Metadata/PartitionDictionary.h"
+#include "MXF/Zelm/Platform/Text.h"
+
+#include <algorithm>
+
+namespace MXF::Zelm::Metadata {
+
+namespace {
+
+using MetaMetadata::UnknownAttribute;
+
+constexpr unsigned char defaultBerLength = 4;
+
+/// The length of an item: an unsigned integer of `width` bytes.
+std::uint64_t readItemLength(KLV::Value& value, unsigned width) {
+    unsigned char bytes[8] = {};
+    value.readValue(bytes + sizeof bytes - width, width);
+    return ByteCoders::decodeInteger<std::uint64_t>(bytes);
+}
+
+std::u16string nameOf(MetaMetadata::PropertyMap const& definition) {
+    auto const* const name = definition.findProperty(u"name");
+    return name != nullptr ? *name : u"<unknown>";
+}
+
+} // namespace
+
+MetadataSetOwner::~MetadataSetOwner() = default;
+Visitors::MetadataSetVisitor::~MetadataSetVisitor() = default;
+Visitors::NonConstMetadataSetVisitor::~NonConstMetadataSetVisitor() = default;
+
+MetadataSet::MetadataSet(KLV::Key const& key, MetaMetadata::MetaMetadataSet const* definition,
+                         MetadataSetOwner* owner)
+    : key_(key), definition_(definition), owner_(owner), berLength_(defaultBerLength), isHeld_(false) {
+    if (definition == nullptr || definition->key() != key)
+        throw Exceptions::InvalidMetadataSet("MetadataSet Key and MetaMetadataSet do not agree");
+}
+
+MetadataSet::~MetadataSet() = default;
+
+std::u16string MetadataSet::name() const { return nameOf(*definition_); }
+
+MetadataSet::Elements::const_iterator MetadataSet::lowerBound(Types::UniversalLabel const& label) const {
+    return std::lower_bound(elements_.begin(), elements_.end(), label,
+                            [](auto const& element, Types::UniversalLabel const& wanted) {
+                                return element->metaElement()->universalLabel() < wanted;
+                            });
+}
+
+void MetadataSet::load(KLV::Packet& packet, PartitionDictionary const& dictionary) {
+    berLength_ = packet.berLength();
+    offset_ = packet.keyAbsoluteOffset();
+    unsigned const lengthWidth = key_.lengthFieldLength();
+    if (key_.localTagFieldLength() != Types::LocalTag::wireSize ||
+        (lengthWidth != 1 && lengthWidth != 2 && lengthWidth != 4))
+        throw Exceptions::at(
+            packet.keyAbsoluteOffset(),
+            Exceptions::InvalidMetadataSet("Invalid Metadata Set local field length or length field length"));
+    KLV::Value& value = packet.value();
+    while (!value.endOfStream())
+        loadElement(value, dictionary, packet.valueAbsoluteOffset() + (packet.length() - value.remaining()));
+}
+
+/// Reads the item at `offset`, where the value stands.
+void MetadataSet::loadElement(KLV::Value& value, PartitionDictionary const& dictionary,
+                              std::uint64_t offset) {
+    Types::LocalTag const tag(value);
+    std::uint64_t const length = readItemLength(value, key_.lengthFieldLength());
+    if (length > value.remaining())
+        throw Exceptions::at(
+            offset,
+            Exceptions::InvalidLength("Invalid data size in Value to create an element in the metadataSet."));
+    KLV::Value item(value, length);
+    auto element = readElement(item.readRemaining(), tag, dictionary);
+    element->absoluteOffset(offset);
+    if (dynamic_cast<InvalidElement*>(element.get()) != nullptr) {
+        invalid_.push_back(std::move(element));
+        return;
+    }
+    element->isHeld_ = true;
+    elements_.insert(lowerBound(element->metaElement()->universalLabel()), std::move(element));
+}
+
+/// The element that `tag` and `bytes` make: an invalid one when they make no valid one.
+Templates::auto_ptr<Element> MetadataSet::readElement(std::vector<unsigned char> const& bytes,
+                                                      Types::LocalTag const& tag,
+                                                      PartitionDictionary const& dictionary) {
+    using Resolution = PartitionDictionary::Resolution;
+    Types::UniversalLabel const* label = nullptr;
+    auto const invalid = [&](Element::AttributePtr attribute) {
+        Templates::auto_ptr<Element> element(new InvalidElement(std::move(attribute), this, tag));
+        element->baseValue(Types::Unknown(bytes));
+        return element;
+    };
+    auto const unknown = [&](UnknownAttribute::Reason reason) {
+        return invalid(std::make_shared<UnknownAttribute>(
+            tag, reason, label != nullptr ? std::optional(*label) : std::nullopt));
+    };
+
+    switch (dictionary.resolve(tag, label)) {
+    case Resolution::InvalidTag:
+        return unknown(UnknownAttribute::Reason::InvalidTag);
+    case Resolution::NotFound:
+        return unknown(UnknownAttribute::Reason::NotInPrimer);
+    case Resolution::StaticTagRedefined:
+        return unknown(UnknownAttribute::Reason::StaticTagRedefined);
+    case Resolution::Found:
+        break;
+    }
+    auto attribute = definition_->findMetaAttributeOfAnyVersion(*label);
+    if (!attribute) {
+        auto const* const element = dictionary.dictionary()->findMetaElementOfAnyVersion(*label);
+        return element != nullptr ? invalid(std::make_shared<MetaMetadata::MisplacedAttribute>(*element))
+                                  : unknown(UnknownAttribute::Reason::NotInDictionary);
+    }
+    if (findElement(attribute->metaElement().universalLabel()) != nullptr)
+        return unknown(UnknownAttribute::Reason::Repeated);
+    try {
+        auto element = ElementFactory::create(std::move(attribute), this);
+        DataIO::Memory::MemoryViewDataSource source(bytes.data(), bytes.size());
+        KLV::Value value(source, bytes.size());
+        element->load(value);
+        if (value.endOfStream())
+            return element;
+    } catch (Exceptions::BaseException const&) {
+        // Not a value of the attribute's type: its bytes are kept.
+    }
+    return unknown(UnknownAttribute::Reason::MalformedValue);
+}
+
+void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary const& dictionary,
+                            bool withInvalid) const {
+    int const lengthWidth = static_cast<int>(key_.lengthFieldLength());
+    std::uint64_t length = 0;
+    for (auto const& element : elements_)
+        length += element->serializedSize(lengthWidth);
+    if (withInvalid)
+        for (auto const& element : invalid_)
+            length += element->serializedSize(lengthWidth);
+
+    unsigned char const berLength = std::max(berLength_, ByteCoders::calculateBERSize(length));
+    unsigned char field[ByteCoders::maximumBERSize];
+    ByteCoders::codeBER(length, berLength, field);
+    sink.write(key_.rawBuffer(), KLV::Key::size());
+    sink.write(field, berLength);
+    for (auto const& element : elements_)
+        element->serialize(sink, dictionary, lengthWidth);
+    if (withInvalid)
+        for (auto const& element : invalid_)
+            element->serialize(sink, dictionary, lengthWidth);
+}
+
+std::uint64_t MetadataSet::serializedSize(bool withInvalid) const {
+    int const lengthWidth = static_cast<int>(key_.lengthFieldLength());
+    std::uint64_t length = 0;
+    for (auto const& element : elements_)
+        length += element->serializedSize(lengthWidth);
+    if (withInvalid)
+        for (auto const& element : invalid_)
+            length += element->serializedSize(lengthWidth);
+    return KLV::Key::size() + std::max(berLength_, ByteCoders::calculateBERSize(length)) + length;
+}
+
+Element* MetadataSet::findElement(Types::UniversalLabel const& label) const {
+    auto const place = lowerBound(label);
+    return place != elements_.end() && (*place)->metaElement()->universalLabel() == label ? place->get()
+                                                                                          : nullptr;
+}
+
+Element& MetadataSet::find(Types::UniversalLabel const& label) const {
+    auto* const element = findElement(label);
+    if (element == nullptr)
+        throw Exceptions::InvalidElement(u"No element with this Universal Label was found: " +
+                                         label.toString());
+    return *element;
+}
+
+Element& MetadataSet::value(Types::UniversalLabel const& label, Types::BaseType const& value) {
+    if (auto* const existing = findElement(label)) {
+        existing->baseValue(value);
+        return *existing;
+    }
+    auto attribute = definition_->findMetaAttribute(label);
+    if (!attribute)
+        throw Exceptions::InvalidElement(u"No element with this Universal Label was found: " +
+                                         label.toString());
+    auto created = ElementFactory::create(std::move(attribute), this);
+    created->baseValue(value);
+    created->isHeld_ = true;
+    Element& element = *created;
+    auto const place = elements_.insert(lowerBound(label), std::move(created));
+    if (auto* const owner = listeningOwner()) {
+        try {
+            owner->addedElement(*this, element.metaElement(), element, *element.baseValue());
+        } catch (...) {
+            elements_.erase(place);
+            throw;
+        }
+    }
+    return element;
+}
+
+bool MetadataSet::removeElement(Types::UniversalLabel const& label) {
+    auto const place = lowerBound(label);
+    if (place == elements_.end() || (*place)->metaElement()->universalLabel() != label)
+        return false;
+    Element& element = **place;
+    auto const* const attribute =
+        dynamic_cast<MetaMetadata::MetaAttribute const*>(element.metaAttribute().get());
+    if (attribute != nullptr &&
+        attribute->requiredStatus() == MetaMetadata::AttributeRequiredStatus::Required)
+        throw Exceptions::InvalidChange(element.message("' is required according to Schema"));
+    if (auto* const owner = listeningOwner())
+        owner->removedElement(*this, element.metaElement(), element, *element.baseValue());
+    elements_.erase(place);
+    return true;
+}
+
+Templates::vector<MetadataSet*> MetadataSet::referencedSets(Types::UniversalLabel const& label) const {
+    Templates::vector<MetadataSet*> sets;
+    auto const* const holder = dynamic_cast<ReferenceHolder const*>(findElement(label));
+    if (holder == nullptr || owner_ == nullptr)
+        return sets;
+    for (auto const& target : holder->targets())
+        if (auto* const set = owner_->find(target))
+            sets.push_back(set);
+    return sets;
+}
+
+MetadataSet* MetadataSet::referencedSet(Types::UniversalLabel const& label) const {
+    auto const sets = referencedSets(label);
+    return sets.empty() ? nullptr : sets.front();
+}
+
+Element& MetadataSet::createInvalidElement(Element::AttributePtr attribute, Types::LocalTag const& tag,
+                                           KLV::Value& value) {
+    Templates::auto_ptr<Element> element(new InvalidElement(std::move(attribute), this, tag));
+    element->load(value);
+    invalid_.push_back(std::move(element));
+    return *invalid_.back();
+}
+
+void MetadataSet::removedInvalidElement(Element* element) {
+    auto const found = std::find_if(invalid_.begin(), invalid_.end(),
+                                    [element](auto const& own) { return own.get() == element; });
+    if (found == invalid_.end())
+        throw Exceptions::InvalidElement("Element not found in Invalid Element list!");
+    invalid_.erase(found);
+}
+
+Types::UUID const* MetadataSet::instanceUID() const { return value<Types::UUID>(instanceUIDLabel); }
+
+Templates::auto_ptr<MetadataSet> MetadataSet::clone(bool newInstanceUID, MetadataSetOwner* owner) const {
+    Templates::auto_ptr<MetadataSet> copy(new MetadataSet(key_, definition_, nullptr));
+    copy->berLength_ = berLength_;
+    for (auto const& element : elements_)
+        copy->value(element->metaElement()->universalLabel(), *element->baseValue());
+    for (auto const& element : invalid_) {
+        auto const& original = static_cast<InvalidElement const&>(*element);
+        copy->invalid_.emplace_back(new InvalidElement(original.metaAttribute(), copy.get(), original.tag()));
+        copy->invalid_.back()->baseValue(original.value());
+    }
+    if (newInstanceUID)
+        copy->value(instanceUIDLabel, Types::UUID::generate());
+    copy->owner_ = owner;
+    if (owner != nullptr)
+        owner->metadataSetCloned(*this, *copy);
+    return copy;
+}
+
+void MetadataSet::accept(Visitors::MetadataSetVisitor& visitor) const { visitor.visit(*this); }
+void MetadataSet::accept(Visitors::NonConstMetadataSetVisitor& visitor) { visitor.visit(*this); }
+
+void MetadataSet::getSemanticsValidationElements(Templates::vector<Element*>& elements) const {
+    for (auto const& element : elements_)
+        if (element->metaElement()->findProperty(u"RequiresSemanticsValidation") != nullptr)
+            elements.push_back(element.get());
+}
+
+} // namespace MXF::Zelm::Metadata

@@ -1,0 +1,350 @@
+#include "MXF/Zelm/Metadata/PartitionMetadata.h"
+
+#include "MXF/Zelm/DataIO/Memory/MemoryViewDataSource.h"
+#include "MXF/Zelm/Exceptions/Exceptions.h"
+#include "MXF/Zelm/Metadata/Labels.h"
+#include "MXF/Zelm/Metadata/StrongReferenceWalk.h"
+#include "MXF/Zelm/Platform/Text.h"
+
+#include <algorithm>
+
+namespace MXF::Zelm::Metadata {
+
+namespace {
+
+std::string toText(KLV::Key const& key) {
+    return Platform::toUtf8(key.toString(Types::StringRepresentationEncodingType::URN));
+}
+
+} // namespace
+
+PartitionMetadataListener::~PartitionMetadataListener() = default;
+Listeners::MetadataIndexListener::~MetadataIndexListener() = default;
+
+/// One set or dark set in the order of coming.
+struct PartitionMetadata::Place {
+    Templates::auto_ptr<MetadataSet> set;
+    Templates::auto_ptr<DarkMetadataSet> darkSet;
+};
+
+PartitionMetadata::PartitionMetadata(Templates::auto_ptr<PartitionDictionary> dictionary)
+    : dictionary_(std::move(dictionary)) {
+    if (!dictionary_)
+        throw Exceptions::InvalidValue("Partition metadata needs a partition dictionary");
+}
+
+PartitionMetadata::~PartitionMetadata() = default;
+
+template <class Call>
+void PartitionMetadata::tell(Call call) {
+    auto const listeners = listeners_; // a listener may detach itself
+    for (auto const& listener : listeners)
+        call(*listener);
+    if (indexListener_)
+        call(*indexListener_);
+}
+
+KLV::Key PartitionMetadata::keyForNewSet(KLV::Key key) {
+    tell([&key](PartitionMetadataListener& listener) { listener.metadataSetKey(key); });
+    return key;
+}
+
+MetadataSet* PartitionMetadata::load(KLV::Packet& packet) {
+    packet.key(keyForNewSet(packet.key()));
+    auto const* const definition = dictionary_->dictionary()->find(packet.key());
+    if (definition == nullptr) {
+        addDarkMetadataSet(Templates::auto_ptr<DarkMetadataSet>(new DarkMetadataSet(packet)));
+        return nullptr;
+    }
+    Templates::auto_ptr<MetadataSet> set(new MetadataSet(packet.key(), definition, this));
+    set->load(packet, *dictionary_);
+    try {
+        return &addMetadataSet(std::move(set));
+    } catch (Exceptions::BaseException& failure) {
+        failure.offset(packet.keyAbsoluteOffset());
+        throw;
+    }
+}
+
+MetadataSet* PartitionMetadata::loadOrKeepDark(KLV::Packet& packet) {
+    auto const bytes = packet.value().readRemaining();
+    std::string reason;
+    try {
+        DataIO::Memory::MemoryViewDataSource source(bytes.data(), bytes.size());
+        KLV::Packet copy(packet.key(), packet.berLength(), bytes.size(), source, packet.keyAbsoluteOffset());
+        return load(copy);
+    } catch (Exceptions::BaseException const& failure) {
+        reason = failure.message();
+        addFault({failure.offset() ? failure.offset() : packet.keyAbsoluteOffset(), reason});
+    }
+    DataIO::Memory::MemoryViewDataSource source(bytes.data(), bytes.size());
+    KLV::Packet copy(packet.key(), packet.berLength(), bytes.size(), source, packet.keyAbsoluteOffset());
+    Templates::auto_ptr<DarkMetadataSet> dark(new DarkMetadataSet(copy));
+    dark->reason(reason);
+    addDarkMetadataSet(std::move(dark));
+    return nullptr;
+}
+
+MetadataSet& PartitionMetadata::createMetadataSet(KLV::Key const& wantedKey) {
+    KLV::Key const key = keyForNewSet(wantedKey);
+    auto const* const definition = dictionary_->dictionary()->find(key);
+    if (definition == nullptr)
+        throw Exceptions::InvalidMetadataSet("A MetaMetadataSet with Key " + toText(key) +
+                                             " was not found in the Dictionary.");
+    Templates::auto_ptr<MetadataSet> set(new MetadataSet(key, definition, this));
+    set->value(instanceUIDLabel, Types::UUID::generate());
+    return addMetadataSet(std::move(set));
+}
+
+void PartitionMetadata::requireFreeInstanceUID(MetadataSet const& set) const {
+    auto const* const uid = set.instanceUID();
+    if (uid == nullptr)
+        throw Exceptions::InvalidMetadataSet("InstanceUID not found in Metadata Set with key " +
+                                             toText(set.key()) + " Check Metadata Set builder.");
+    if (byInstanceUID_.contains(*uid))
+        throw Exceptions::InvalidMetadataSet(u"The " + set.name() + u" metadataSet has an instance UID, " +
+                                             uid->toString() + u", already defined!");
+}
+
+MetadataSet& PartitionMetadata::addMetadataSet(Templates::auto_ptr<MetadataSet> set) {
+    requireFreeInstanceUID(*set);
+    MetadataSet& added = *set;
+    places_.push_back({std::move(set), nullptr});
+    auto const byKey = sets_.emplace(added.key(), &added);
+    auto const byUID = byInstanceUID_.emplace(*added.instanceUID(), &added).first;
+    added.isHeld_ = true;
+    try {
+        tell([&added](PartitionMetadataListener& listener) { listener.createdMetadataSet(&added); });
+    } catch (...) {
+        byInstanceUID_.erase(byUID);
+        sets_.erase(byKey);
+        places_.pop_back();
+        throw;
+    }
+    return added;
+}
+
+bool PartitionMetadata::removeMetadataSet(Types::UUID const& instanceUID) {
+    auto const found = byInstanceUID_.find(instanceUID);
+    if (found == byInstanceUID_.end())
+        return false;
+    MetadataSet* const set = found->second;
+    tell([set](PartitionMetadataListener& listener) { listener.removedMetadataSet(set); });
+    byInstanceUID_.erase(instanceUID);
+    auto const [first, last] = sets_.equal_range(set->key());
+    sets_.erase(std::find_if(first, last, [set](auto const& entry) { return entry.second == set; }));
+    places_.erase(std::find_if(places_.begin(), places_.end(),
+                               [set](Place const& place) { return place.set.get() == set; }));
+    return true;
+}
+
+DarkMetadataSet& PartitionMetadata::addDarkMetadataSet(Templates::auto_ptr<DarkMetadataSet> set) {
+    places_.push_back({nullptr, std::move(set)});
+    darkSets_.push_back(places_.back().darkSet.get());
+    return *darkSets_.back();
+}
+
+MetadataSet* PartitionMetadata::find(Types::UUID const& instanceUID) const {
+    auto const found = byInstanceUID_.find(instanceUID);
+    return found != byInstanceUID_.end() ? found->second : nullptr;
+}
+
+MetadataSet& PartitionMetadata::find(KLV::Key const& key) const {
+    auto const found = sets_.find(key);
+    if (found == sets_.end())
+        throw Exceptions::InvalidMetadataSet("Didn't find MetadataSet with specified key.");
+    return *found->second;
+}
+
+Templates::vector<MetadataSet*> PartitionMetadata::find(Types::UniversalLabel const& label,
+                                                        Types::SimpleDataType const& value) const {
+    if (indexListener_)
+        return indexListener_->find(label, value);
+    Templates::vector<MetadataSet*> found;
+    for (auto const& [key, set] : sets_) {
+        auto const* const element = set->findElement(label);
+        if (element != nullptr && element->baseValue() != nullptr && element->baseValue()->equals(value))
+            found.push_back(set);
+    }
+    return found;
+}
+
+std::size_t PartitionMetadata::parentSets(MetadataSet const* set,
+                                          Templates::vector<MetadataSet*>& parents) const {
+    Templates::multimap<MetadataSet const*, MetadataSet*> parentsOf;
+    for (auto const& [key, parent] : sets_)
+        for (auto const* const child : strongChildren(*parent))
+            parentsOf.emplace(child, parent);
+    requireNoCircle(*set, parentsOf);
+    auto const [first, last] = parentsOf.equal_range(set);
+    for (auto entry = first; entry != last; ++entry)
+        parents.push_back(entry->second);
+    return static_cast<std::size_t>(std::distance(first, last));
+}
+
+MetadataSet& PartitionMetadata::preface() const {
+    auto const [first, last] = sets_.equal_range(prefaceKey);
+    if (first == last)
+        throw Exceptions::InvalidStructure("Preface not found in PartitionMetadata");
+    if (std::next(first) != last)
+        throw Exceptions::InvalidStructure("More than one Preface found in PartitionMetadata");
+    return *first->second;
+}
+
+MetadataSet& PartitionMetadata::contentStorage() const {
+    auto* const storage = preface().referencedSet(contentStorageLabel);
+    if (storage == nullptr)
+        throw Exceptions::InvalidStructure("No ContentStorage");
+    return *storage;
+}
+
+Templates::vector<MetadataSet*> PartitionMetadata::packages() const {
+    auto packages = contentStorage().referencedSets(packagesLabel);
+    if (packages.empty())
+        throw Exceptions::InvalidStructure("No ContentStorage packages");
+    return packages;
+}
+
+void PartitionMetadata::generateLocalTags() {
+    for (auto const& [key, set] : sets_)
+        for (auto const& element : *set)
+            dictionary_->findOrGenerate(element->metaElement()->universalLabel());
+}
+
+void PartitionMetadata::calculateSerializationOrder(Templates::vector<MetadataSet const*>& sets, bool forward,
+                                                    bool unreferenced) const {
+    StrongReferenceWalk walk(forward, sets);
+    for (auto [root, last] = sets_.equal_range(prefaceKey); root != last; ++root)
+        walk.from(*root->second);
+    if (unreferenced)
+        for (auto const& place : places_)
+            if (place.set)
+                walk.from(*place.set);
+}
+
+void PartitionMetadata::serialize(DataIO::DataSink& sink, bool withInvalid, SerializationOrder order) {
+    generateLocalTags();
+    Templates::vector<MetadataSet const*> sets;
+    if (order == SerializationOrder::ForwardReferences)
+        calculateSerializationOrder(sets, true, true);
+    else if (order == SerializationOrder::ByKey)
+        for (auto const& [key, set] : sets_)
+            sets.push_back(set);
+    dictionary_->primer().serialize(sink);
+    if (order == SerializationOrder::AsLoaded) {
+        serializeAsLoaded(sink, withInvalid);
+        return;
+    }
+    for (auto const* const set : sets)
+        set->serialize(sink, *dictionary_, withInvalid);
+    for (auto const* const dark : darkSets_)
+        dark->serialize(sink);
+}
+
+void PartitionMetadata::serializeAsLoaded(DataIO::DataSink& sink, bool withInvalid) const {
+    for (auto const& place : places_) {
+        if (place.set)
+            place.set->serialize(sink, *dictionary_, withInvalid);
+        else
+            place.darkSet->serialize(sink);
+    }
+}
+
+void PartitionMetadata::serializeForwardReferences(DataIO::DataSink& sink, bool withInvalid,
+                                                   bool unreferenced) {
+    generateLocalTags();
+    Templates::vector<MetadataSet const*> sets;
+    calculateSerializationOrder(sets, true, unreferenced);
+    for (auto const* const set : sets)
+        set->serialize(sink, *dictionary_, withInvalid);
+}
+
+std::uint64_t PartitionMetadata::serializedSize(bool withInvalid) const {
+    std::uint64_t size = dictionary_->primer().serializedSize();
+    for (auto const& [key, set] : sets_)
+        size += set->serializedSize(withInvalid);
+    for (auto const* const dark : darkSets_)
+        size += dark->serializedSize();
+    return size;
+}
+
+void PartitionMetadata::getSemanticsValidationElements(Templates::vector<Element*>& elements) const {
+    for (auto const& [key, set] : sets_)
+        set->getSemanticsValidationElements(elements);
+}
+
+void PartitionMetadata::addMetadataListener(ListenerPtr listener, bool tellExisting) {
+    if (tellExisting)
+        for (auto const& place : places_)
+            if (place.set)
+                listener->createdMetadataSet(place.set.get());
+    listeners_.push_back(std::move(listener));
+}
+
+void PartitionMetadata::removeMetadataListener(ListenerPtr const& listener) {
+    std::erase(listeners_, listener);
+}
+
+void PartitionMetadata::setMetadataIndexListener(
+    Templates::SharedPtr<Listeners::MetadataIndexListener, Templates::LockedCounter> listener) {
+    if (listener)
+        for (auto const& place : places_)
+            if (place.set)
+                listener->createdMetadataSet(place.set.get());
+    indexListener_ = std::move(listener);
+}
+
+void PartitionMetadata::addedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition,
+                                     Element& element, Types::BaseType const& value) {
+    tell(
+        [&](PartitionMetadataListener& listener) { listener.addedElement(set, definition, element, value); });
+}
+
+void PartitionMetadata::updatedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition,
+                                       Element& element, Types::Collection const& oldValue,
+                                       Types::Collection const& newValue) {
+    tell([&](PartitionMetadataListener& listener) {
+        listener.updatedElement(set, definition, element, oldValue, newValue);
+    });
+}
+
+void PartitionMetadata::updatedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition,
+                                       Element& element, Types::SimpleDataType const& oldValue,
+                                       Types::SimpleDataType const& newValue) {
+    bool const isInstanceUID = definition != nullptr && definition->universalLabel() == instanceUIDLabel;
+    if (isInstanceUID && oldValue != newValue)
+        requireFreeInstanceUID(set);
+    tell([&](PartitionMetadataListener& listener) {
+        listener.updatedElement(set, definition, element, oldValue, newValue);
+    });
+    if (isInstanceUID) {
+        byInstanceUID_.erase(Types::UUID(oldValue.rawBuffer()));
+        byInstanceUID_.emplace(Types::UUID(newValue.rawBuffer()), &set);
+    }
+}
+
+void PartitionMetadata::updatedElementCollection(MetadataSet& set,
+                                                 MetaMetadata::MetaElement const* definition,
+                                                 Element& element, Types::Collection const& value,
+                                                 std::size_t index, Types::SimpleDataType const* oldMember,
+                                                 Types::SimpleDataType const* newMember) {
+    tell([&](PartitionMetadataListener& listener) {
+        listener.updatedElementCollection(set, definition, element, value, index, oldMember, newMember);
+    });
+}
+
+void PartitionMetadata::removedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition,
+                                       Element& element, Types::BaseType const& value) {
+    if (definition != nullptr && definition->universalLabel() == instanceUIDLabel)
+        throw Exceptions::InvalidChange(
+            "A metadata set keeps its instance UID as long as a partition holds it");
+    tell([&](PartitionMetadataListener& listener) {
+        listener.removedElement(set, definition, element, value);
+    });
+}
+
+void PartitionMetadata::metadataSetCloned(MetadataSet const&, MetadataSet&) {
+    // Listeners hear of the clone when it is added.
+}
+
+} // namespace MXF::Zelm::Metadata

@@ -1,0 +1,21 @@
+#include "Input.h"
+
+#include <MXF/ZelmDictionary/ZelmDictionary.h>
+
+namespace Zelm {
+
+using namespace MXF::Zelm;
+
+SharedDictionary loadDictionary(std::vector<std::string> const& files) {
+    auto dictionary = MXF::ZelmDictionary::standard();
+    for (auto const& file : files) {
+        DataIO::File::FileDataSource source{std::string_view(file)};
+        KLV::Value whole(source, source.size());
+        auto const bytes = whole.readRemaining();
+        MXF::ZelmDictionary::load(
+            *dictionary, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()), file);
+    }
+    return dictionary;
+}
+
+} // namespace Zelm

@@ -1,0 +1,108 @@
+/// The program `zelm`: finds the command, runs it, and turns what goes wrong into one line and an exit
+/// status.
+#include "Command.h"
+#include "Faults.h"
+
+#include <iostream>
+#include <map>
+
+namespace Zelm {
+
+namespace {
+
+using Maker = std::unique_ptr<Command> (*)();
+
+struct CommandRow {
+    const char* name;
+    const char* summary;
+    Maker make;
+};
+
+constexpr CommandRow commandRows[] = {
+    {"info", "Show what a file is: pattern, codecs, tracks, durations, timecode, and anything odd",
+     makeInfoCommand},
+    {"partitions", "List the partitions and the random index pack, disagreements marked",
+     makePartitionsCommand},
+    {"klv", "List the KLV packets of a file, or count them by key", makeKlvCommand},
+    {"dump", "Show the header metadata as a tree, every property decoded", makeDumpCommand},
+};
+
+/// Runs a command; the exceptions that a command does not report itself end here.
+ExitStatus runReporting(Command& command) {
+    try {
+        return command.run();
+    } catch (MXF::Zelm::Exceptions::SystemError const& failure) {
+        std::cerr << "zelm: " << failure.message() << "\n";
+        return SystemFailed;
+    } catch (MXF::Zelm::Exceptions::InvalidFormat const& failure) {
+        std::cerr << "zelm: " << failure.message() << "\n"; // a dictionary: the message names file and line
+        return WrongUse;
+    } catch (std::bad_alloc const&) {
+        std::cerr << "zelm: not enough memory\n";
+        return SystemFailed;
+    } catch (std::exception const& failure) {
+        std::cerr << "zelm: " << failure.what() << "\n";
+        return NotMXF;
+    }
+}
+
+int runProgram(int count, char** arguments) {
+    CLI::App program("Reads, checks and shows MXF files (SMPTE 377M).", "zelm");
+    program.set_version_flag("--version", "zelm " MXFZELM_VERSION);
+    program.require_subcommand(1);
+    program.footer(
+        "\nExit status: 0 done, 1 a check found something, 2 wrong use, 3 the input cannot be read as MXF,\n"
+        "4 the system failed. \"zelm help COMMAND\" tells more of a command.");
+
+    std::map<CLI::App*, std::unique_ptr<Command>> commands;
+    for (auto const& row : commandRows) {
+        CLI::App* const parser = program.add_subcommand(row.name, row.summary);
+        auto command = row.make();
+        command->declare(*parser);
+        commands.emplace(parser, std::move(command));
+    }
+    std::string helpTopic;
+    CLI::App* const help = program.add_subcommand("help", "Tell more of a command");
+    help->add_option("COMMAND", helpTopic, "The command");
+
+    try {
+        program.parse(count, arguments);
+        if (help->parsed()) {
+            CLI::App* const topic = helpTopic.empty() ? nullptr : program.get_subcommand_no_throw(helpTopic);
+            if (!helpTopic.empty() && topic == nullptr)
+                throw CLI::ValidationError("help", "there is no command " + helpTopic);
+            std::cout << (topic != nullptr ? topic->help(program.get_name()) : program.help());
+            return Done;
+        }
+    } catch (CLI::ParseError const& refusal) {
+        if (refusal.get_exit_code() == 0) // help or version was asked for
+            return program.exit(refusal);
+        std::cerr << "zelm: " << refusal.what() << "\n";
+        return WrongUse;
+    }
+    ExitStatus const status = runReporting(*commands.at(program.get_subcommands().front()));
+    std::cout.flush();
+    if (!std::cout) {
+        std::cerr << "zelm: cannot write to standard output\n";
+        return SystemFailed;
+    }
+    return status;
+}
+
+} // namespace
+
+void ReportOptions::declare(CLI::App& parser) {
+    parser.add_flag("--json", json, "Print one JSON object instead of text");
+    parser
+        .add_option("--dictionary", dictionaries,
+                    "A file with further definitions of set classes; may be repeated")
+        ->type_name("FILE")
+        ->expected(1);
+}
+
+} // namespace Zelm
+
+int main(int count, char** arguments) {
+    std::ios::sync_with_stdio(false);
+    return Zelm::runProgram(count, arguments);
+}
