@@ -4,9 +4,13 @@
 
 namespace MXF::Zelm::Types {
 
+namespace {
+constexpr unsigned mostBits = 38;
+}
+
 J2KPictureComponent::J2KPictureComponent(unsigned depth, bool isSigned, std::uint8_t horizontal,
                                          std::uint8_t vertical) {
-    if (depth < 1 || depth > 38)
+    if (depth < 1 || depth > mostBits)
         throw Exceptions::InvalidValue("A JPEG 2000 component has 1 to 38 bits, not " +
                                        std::to_string(depth));
     bytes_ = {static_cast<unsigned char>((depth - 1) | (isSigned ? 0x80u : 0u)), horizontal, vertical};
@@ -19,7 +23,7 @@ std::u16string J2KPictureComponent::toString() const {
 
 J2KPictureComponent J2KPictureComponent::fromText(std::u16string_view text) {
     TextCursor cursor(text, "J2KPictureComponent");
-    auto const depth = static_cast<unsigned>(cursor.number(128));
+    auto const depth = static_cast<unsigned>(cursor.number(mostBits));
     cursor.require(u" bit ");
     bool const isSigned = cursor.take(u"signed ");
     if (!isSigned)
@@ -28,6 +32,8 @@ J2KPictureComponent J2KPictureComponent::fromText(std::u16string_view text) {
     cursor.require(u"x");
     auto const vertical = static_cast<std::uint8_t>(cursor.number(255));
     cursor.requireEnd();
+    if (depth == 0)
+        cursor.fail();
     return {depth, isSigned, horizontal, vertical};
 }
 
