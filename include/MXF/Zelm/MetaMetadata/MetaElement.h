@@ -110,6 +110,9 @@ public:
     /// Adds a class that a reference may point to; a repeat is passed over.
     void addAllowedMetadataSet(KLV::Key const& key);
 
+    /// Adds several classes at once.
+    void addAllowedMetadataSets(std::vector<KLV::Key> const& keys);
+
     /// The classes that a reference may point to; empty when any will do.
     Templates::list<KLV::Key> allowedMetadataSets() const;
 

@@ -40,7 +40,9 @@ void Dictionary::add(Types::UniversalLabel const& label, Templates::auto_ptr<Met
     if (element->universalLabel() != label)
         throw Exceptions::InvalidMetaElement(u"The element " + element->universalLabel().toString() +
                                              u" cannot be added as " + label.toString());
-    if (!elements_.try_emplace(label, std::move(element)).second)
+    auto const before = elements_.size();
+    elements_.try_emplace(elements_.end(), label, std::move(element)); // quick for ascending labels
+    if (elements_.size() == before)
         throw Exceptions::InvalidMetaElement(u"The element " + label.toString() + u" is defined already");
 }
 

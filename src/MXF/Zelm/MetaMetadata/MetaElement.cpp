@@ -65,6 +65,13 @@ void MetaReferenceHolder::addAllowedMetadataSet(KLV::Key const& key) {
         allowed_.insert(place, key);
 }
 
+void MetaReferenceHolder::addAllowedMetadataSets(std::vector<KLV::Key> const& keys) {
+    allowed_.reserve(allowed_.size() + keys.size());
+    allowed_.insert(allowed_.end(), keys.begin(), keys.end());
+    std::sort(allowed_.begin(), allowed_.end());
+    allowed_.erase(std::unique(allowed_.begin(), allowed_.end()), allowed_.end());
+}
+
 Templates::list<KLV::Key> MetaReferenceHolder::allowedMetadataSets() const {
     return {allowed_.begin(), allowed_.end()};
 }

@@ -6,6 +6,11 @@
 
 namespace MXF::Zelm::MetaMetadata {
 
+namespace {
+// Most definitions have a name and a type.
+constexpr std::size_t usualCount = 2;
+} // namespace
+
 PropertyMap::PropertyMap() = default;
 PropertyMap::PropertyMap(PropertyMap const&) = default;
 PropertyMap::PropertyMap(PropertyMap&&) noexcept = default;
@@ -18,8 +23,11 @@ void PropertyMap::addProperty(std::u16string_view name, std::u16string_view valu
                                     [name](auto const& property) { return property.first == name; });
     if (found != properties_.end())
         found->second = value;
-    else
+    else {
+        if (properties_.empty())
+            properties_.reserve(usualCount);
         properties_.emplace_back(name, value);
+    }
 }
 
 std::u16string const& PropertyMap::getProperty(std::u16string_view name) const {
