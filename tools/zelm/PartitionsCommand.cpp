@@ -191,7 +191,7 @@ public:
     void declare(CLI::App& parser) override {
         parser.add_option("FILE", file_, "The file")->required();
         parser.add_flag("--walk", walk_, "Go through all packets, whatever the random index pack says");
-        options_.declare(parser);
+        parser.add_flag("--json", json_, "Print one JSON object instead of text");
     }
 
     ExitStatus run() override {
@@ -199,7 +199,7 @@ public:
         auto const survey = PartitionSurveyor(input, walk_).survey();
         PartitionChecks checks(input, survey);
         checks.run();
-        if (options_.json)
+        if (json_)
             printJson(input, survey, checks);
         else
             TextReport(survey, checks).print();
@@ -231,7 +231,7 @@ private:
 
     std::string file_;
     bool walk_ = false;
-    ReportOptions options_;
+    bool json_ = false;
 };
 
 } // namespace
