@@ -138,7 +138,7 @@ private:
                 fail(*fault);
             if (gap && range_.touches(*gap))
                 report_->gap(*gap);
-            if (!found && !gap)
+            if (!gap && (fault || !found))
                 return;
             progress.at(walk.offset());
         }
