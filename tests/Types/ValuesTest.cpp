@@ -97,10 +97,15 @@ Row const rows[] = {
     {Id::DataValue, "DE AD", u"0xDEAD"},
     {Id::DataValue, "", u"0x"},
     {Id::Unknown, "FF", u"0xFF"},
-    {Id::J2KCodingStyleDefault, "01 04 00 01 01 06 03 03 00 00 77 88", u"0x010400010106030300007788"},
+    {Id::J2KCodingStyleDefault, "01 04 00 01 01 06 03 03 00 00 77 88",
+     u"Scod=01 order=CPRL layers=1 mct=1 levels=6 xcb=3 ycb=3 style=00 transform=9-7 precincts=77.88"},
+    {Id::J2KCodingStyleDefault, "01 05 00 01 01 06 03 03 00 00", u"0x01050001010603030000"}, // no such order
+    {Id::J2KCodingStyleDefault, "01 04", u"0x0104"},
     {Id::J2KPictureComponent, "0B 01 02", u"12 bit unsigned 1x2"},
     {Id::J2KPictureComponent, "A5 FF 01", u"38 bit signed 255x1"},
-    {Id::J2KQuantisationDefault, "22 00 01", u"0x220001"},
+    {Id::J2KQuantisationDefault, "22 00 01 7F 1E", u"style=2 guard=1 steps=0001.7F1E"},
+    {Id::J2KQuantisationDefault, "40 90 98", u"style=0 guard=2 steps=90.98"},
+    {Id::J2KQuantisationDefault, "22 00", u"0x2200"}, // half a step
 };
 
 } // namespace
