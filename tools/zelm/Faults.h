@@ -12,6 +12,12 @@
 
 namespace Zelm {
 
+/// What is wrong at a place of a file.
+struct Fault {
+    std::string message;
+    std::uint64_t offset = 0; ///< in the file, run-in included
+};
+
 /// "what is wrong at 0xOFFSET", without the offset when it is not known.
 std::string faultText(std::string_view message, std::optional<std::uint64_t> offset);
 

@@ -1,6 +1,6 @@
 #include "Input.h"
 
-#include <MXF/ZelmDictionary/ZelmDictionary.h>
+#include <MXF/ZelmDictionary/Dictionary.h>
 
 namespace Zelm {
 

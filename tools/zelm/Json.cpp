@@ -51,7 +51,17 @@ Json jsonReport() {
     return report;
 }
 
-void print(Json const& report) { std::cout << report.dump(2) << "\n"; }
+void print(Json const& report) {
+    std::cout << report.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+}
+
+std::string dump(Json const& value) { return value.dump(-1, ' ', false, Json::error_handler_t::replace); }
+
+Json toJson(std::optional<Fault> const& fault) {
+    if (!fault)
+        return nullptr;
+    return {{"message", fault->message}, {"offset", fault->offset}};
+}
 
 Json toJson(KLV::Key const& key) {
     return Platform::toUtf8(key.toString(Types::StringRepresentationEncodingType::URN));

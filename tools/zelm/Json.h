@@ -2,6 +2,8 @@
 /// hexadecimal.
 #pragma once
 
+#include "Faults.h"
+
 #include <MXF/Zelm/KLV/Key.h>
 #include <MXF/Zelm/Types/BaseType.h>
 
@@ -24,10 +26,16 @@ Json jsonReport();
 /// Prints an object, indented, and a line feed.
 void print(Json const& report);
 
+/// The text of a value on one line. What is not UTF-8, as a file's name may be, becomes U+FFFD.
+std::string dump(Json const& value);
+
 Json toJson(MXF::Zelm::KLV::Key const& key);
 
 /// A number, Boolean or text; an array for a collection. Null for no value.
 Json toJson(MXF::Zelm::Types::BaseType const* value);
+
+/// `message` and `offset`; null for no fault.
+Json toJson(std::optional<Fault> const& fault);
 
 /// The value, or null.
 template <class T>

@@ -46,6 +46,21 @@ ExitStatus runReporting(Command& command) {
     }
 }
 
+/// The help of a command, or of the program when no command is named. Throws CLI::ParseError for an unknown
+/// one.
+void printHelp(CLI::App const& program, std::string const& topic) {
+    if (topic.empty()) {
+        std::cout << program.help();
+        return;
+    }
+    for (CLI::App const* const parser : program.get_subcommands({}))
+        if (parser->get_name() == topic) {
+            std::cout << parser->help(program.get_name());
+            return;
+        }
+    throw CLI::ValidationError("help", "there is no command " + topic);
+}
+
 int runProgram(int count, char** arguments) {
     CLI::App program("Reads, checks and shows MXF files (SMPTE 377M).", "zelm");
     program.set_version_flag("--version", "zelm " MXFZELM_VERSION);
@@ -68,16 +83,13 @@ int runProgram(int count, char** arguments) {
     try {
         program.parse(count, arguments);
         if (help->parsed()) {
-            CLI::App* const topic = helpTopic.empty() ? nullptr : program.get_subcommand_no_throw(helpTopic);
-            if (!helpTopic.empty() && topic == nullptr)
-                throw CLI::ValidationError("help", "there is no command " + helpTopic);
-            std::cout << (topic != nullptr ? topic->help(program.get_name()) : program.help());
+            printHelp(program, helpTopic);
             return Done;
         }
     } catch (CLI::ParseError const& refusal) {
         if (refusal.get_exit_code() == 0) // help or version was asked for
             return program.exit(refusal);
-        std::cerr << "zelm: " << refusal.what() << "\n";
+        std::cerr << "zelm: " << refusal.what() << " (zelm --help tells more)\n";
         return WrongUse;
     }
     ExitStatus const status = runReporting(*commands.at(program.get_subcommands().front()));

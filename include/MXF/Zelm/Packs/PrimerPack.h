@@ -55,6 +55,9 @@ public:
     /// an element beyond the end of the data".
     Entry at(std::size_t index) const;
 
+    /// All entries in ascending order of the tags.
+    Templates::vector<Entry> entries() const;
+
     std::size_t countDuplicates() const;
 
     /// Duplicate `index` in the order of adding. Throws as `at` does.

@@ -95,6 +95,10 @@ PrimerPack::Entry PrimerPack::at(std::size_t index) const {
     return {tag, label};
 }
 
+Templates::vector<PrimerPack::Entry> PrimerPack::entries() const {
+    return {state_->labels.begin(), state_->labels.end()};
+}
+
 std::size_t PrimerPack::countDuplicates() const { return state_->duplicates.size(); }
 
 PrimerPack::Entry PrimerPack::atDuplicates(std::size_t index) const {

@@ -55,6 +55,8 @@ private:
     std::unique_ptr<NativeFile> file_;
     std::uint64_t size_ = 0;
     std::uint64_t position_ = 0;
+    std::uint64_t lastReadEnd_ = 0;
+    std::uint64_t runStart_ = 0; // where the last jump ended
     std::vector<unsigned char> window_;
     std::uint64_t windowStart_ = 0;
     std::size_t windowFilled_ = 0;

@@ -4,15 +4,20 @@
 #include "MXF/Zelm/Platform/Text.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace MXF::Zelm::DataIO::File {
 
 namespace {
 
-/// Read after a jump: the header of a KLV packet and what usually goes with it.
-constexpr std::size_t smallestWindow = 4 * 1024;
+/// Bounds of what is read after a jump: the header of a KLV packet and what goes with it.
+constexpr std::size_t smallestWindow = 256;
+constexpr std::size_t largestFirstWindow = 4 * 1024;
 constexpr std::size_t largestWindow = 256 * 1024;
+/// Passing over no more than this still counts as reading in sequence: up to about here it costs less to read
+/// the bytes along than to ask the system once more.
+constexpr std::uint64_t largestGap = 8 * 1024;
 
 } // namespace
 
@@ -22,7 +27,7 @@ FileDataSource::FileDataSource(std::string_view fileName)
 FileDataSource::FileDataSource(std::u16string_view fileName) : FileDataSource(Platform::toUtf8(fileName)) {}
 
 FileDataSource::FileDataSource(std::unique_ptr<NativeFile> file)
-    : file_(std::move(file)), size_(file_->size()), nextWindow_(smallestWindow) {}
+    : file_(std::move(file)), size_(file_->size()), nextWindow_(largestFirstWindow) {}
 
 FileDataSource::~FileDataSource() = default;
 
@@ -43,16 +48,26 @@ std::uint64_t FileDataSource::read(unsigned char* buffer, std::uint64_t size) {
         position_ += count;
         done += count;
     }
+    lastReadEnd_ = position_;
     return done;
 }
 
-/// Reads the window at the current position; false when the file holds nothing there any more. Passing over
-/// less than a quarter of the last window still counts as reading in sequence.
+/// Reads the window at the current position; false when the file holds nothing there any more.
+///
+/// The gap is counted from the last byte that was asked for: what a caller passes over tells how much of a
+/// larger window it would use. After a jump as much is read as was used since the last one, so that a walk
+/// over packets far apart fetches each group of headers in one piece and little else.
 bool FileDataSource::fillWindow() {
-    std::uint64_t const lastEnd = windowStart_ + windowFilled_;
-    bool const inSequence =
-        windowFilled_ != 0 && position_ >= lastEnd && position_ - lastEnd <= windowFilled_ / 4;
-    nextWindow_ = inSequence ? std::min(nextWindow_ * 2, largestWindow) : smallestWindow;
+    bool const inSequence = windowFilled_ != 0 && position_ >= windowStart_ + windowFilled_ &&
+                            position_ - lastReadEnd_ <= largestGap;
+    if (inSequence) {
+        nextWindow_ = std::min(nextWindow_ * 2, largestWindow);
+    } else {
+        std::uint64_t const used = lastReadEnd_ > runStart_ ? lastReadEnd_ - runStart_ : largestFirstWindow;
+        nextWindow_ = std::bit_ceil(
+            static_cast<std::size_t>(std::clamp<std::uint64_t>(used, smallestWindow, largestFirstWindow)));
+        runStart_ = position_;
+    }
     if (window_.size() < nextWindow_)
         window_.resize(nextWindow_);
     windowFilled_ = 0;
@@ -73,6 +88,7 @@ std::uint64_t FileDataSource::readDirectly(unsigned char* buffer, std::uint64_t 
         if (got < piece)
             break;
     }
+    lastReadEnd_ = position_;
     return done;
 }
 

@@ -7,8 +7,10 @@
 
 #include <algorithm>
 
+#if !defined(NOMINMAX)
+#define NOMINMAX // or windows.h hides std::min
+#endif
 #define WIN32_LEAN_AND_MEAN
-#define NOMINMAX
 #include <windows.h>
 
 namespace MXF::Zelm::DataIO::File {
