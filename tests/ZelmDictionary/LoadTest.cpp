@@ -2,7 +2,6 @@
 #include "MXF/ZelmDictionary/Dictionary.h"
 
 #include "MXF/Zelm/Exceptions/Exceptions.h"
-#include "MXF/Zelm/Types/BaseTypeFactory.h"
 #include "MXF/Zelm/Types/Integers.h"
 
 #include <gtest/gtest.h>
@@ -89,24 +88,7 @@ type SpecialKind Kind
 type Kinds Array Kind
 type Code DataValue
     value "ab" Two letters
-element 060e2b34.01010105.0e7f0101.01000000 kind SpecialKind type="Kind" RequiresSemanticsValidation=true
-element 060e2b34.01010105.0e7f0101.02000000 kinds Kinds
-element 060e2b34.01010105.0e7f0101.03000000 code Code
-class 060e2b34.02530105.0e7f0102.01000000 Thing
-    attribute kind dyn B.Effort 0
-    attribute kinds dyn Opt 2,0
-    attribute code dyn E/req "x y"
-)"),
-              "private.zdict:9: unexpected 'Kind'");
-    ASSERT_EQ(faultOf(dictionary, R"(zelm-dictionary 1
-type Kind UInt8
-    value 0 Unknown
-    value 2 Near line storage
-type SpecialKind Kind
-type Kinds Array Kind
-type Code DataValue
-    value "ab" Two letters
-element 060e2b34.01010105.0e7f0101.01000000 kind@Thing SpecialKind type=Kind RequiresSemanticsValidation=true
+element 060e2b34.01010105.0e7f0101.01000000 kind@Thing SpecialKind type=Kind note="two words"
 element 060e2b34.01010105.0e7f0101.02000000 kinds Kinds
 element 060e2b34.01010105.0e7f0101.03000000 code Code
 class 060e2b34.02530105.0e7f0102.01000000 Thing
@@ -124,10 +106,10 @@ class 060e2b34.02530105.0e7f0102.01000000 Thing
     auto const& kind = dynamic_cast<MetaMetadata::MetaSimpleElement const&>(at(1)->metaElement());
     EXPECT_EQ(kind.getProperty(u"name"), u"kind");
     EXPECT_EQ(kind.getProperty(u"type"), u"Kind");
-    EXPECT_EQ(kind.getProperty(u"RequiresSemanticsValidation"), u"true");
+    EXPECT_EQ(kind.getProperty(u"note"), u"two words");
     ASSERT_EQ(kind.enumeration().size(), 2U);
-    EXPECT_EQ(*kind.enumerationNames()->findName(Types::UInt8(2)), u"Near line storage");
-    EXPECT_EQ(*at(1)->getDistinguishedValue(), Types::UInt8(0));
+    EXPECT_EQ(*kind.enumerationNames()->findName(Types::UInt8(std::uint8_t{2})), u"Near line storage");
+    EXPECT_EQ(*at(1)->getDistinguishedValue(), Types::UInt8(std::uint8_t{0}));
     EXPECT_EQ(at(2)->getDistinguishedValue()->toString(), u"[2][0]");
     EXPECT_EQ(dynamic_cast<MetaMetadata::MetaCollection const&>(at(2)->metaElement()).enumeration().size(),
               2U);
@@ -204,23 +186,19 @@ constexpr Fault faultsAfterALine[] = {
     {"type T Array UInt8\ntype U Batch T", "a collection cannot be the member of another"},
     {"type T Array UInt8\nvalue 1", "a reference or collection cannot have enumerated values"},
     {"type T UInt8\nvalue", "no value given"},
-    {"type T UInt8\nvalue 256", "'256' is not an UInt8"},
+    {"type T UInt8\nvalue 256", "'256' is not a value of type UInt8"},
     {"type T UInt8\nattribute ShelfNumber dyn Opt", "an attribute without a class before it"},
     {"class 060e2b34.02530105.0e7f0102.02000000 X\nattribute ShelfNumber 7e02 Opt",
      "the element has another static tag than 7E.02"},
     {"class 060e2b34.02530105.0e7f0102.02000000 X\nattribute ShelfNumber dyn Opt many",
-     "'many' is not an UInt32"},
+     "'many' is not a value of type UInt32"},
 };
 
 TEST(Load, FaultsInTheContext) {
     for (auto const& fault : faultsAfterALine) {
         Dictionary dictionary;
         auto const message = faultOf(dictionary, station + fault.line);
-        EXPECT_TRUE(message.starts_with("private.zdict:8: ")) << message;
-        if (std::string_view(fault.message).starts_with("'")) // the library's own words for a malformed value
-            EXPECT_NE(message, "private.zdict:8: ") << fault.line;
-        else
-            EXPECT_EQ(message, std::string("private.zdict:8: ") + fault.message);
+        EXPECT_EQ(message, std::string("private.zdict:8: ") + fault.message);
         EXPECT_EQ(size(dictionary), 0U);
     }
 }

@@ -1,7 +1,7 @@
 // The standard dictionary against facts of SMPTE 377M and the registers, and its inner consistency.
 #include "MXF/ZelmDictionary/Dictionary.h"
 
-#include "MXF/Zelm/Types/BaseTypeFactory.h"
+#include "MXF/Zelm/Types/Integers.h"
 
 #include <gtest/gtest.h>
 
@@ -120,7 +120,7 @@ Fact const facts[] = {
      Identifiers::ISO7String, none, 0, Optional, nullptr},
     {indexSegment, "060E2B34.01010105.05300406.00000000"_key, u"IndexEditRate", Identifiers::Rational, none,
      0x3F0B, Required, nullptr},
-    {titles, "060E2B34.01010105.01050201.01000000"_key, u"MainTitle", Identifiers::UTF16String, none, 0,
+    {titles, "060E2B34.01010103.01050201.00000000"_key, u"MainTitle", Identifiers::UTF16String, none, 0,
      Optional, nullptr},
 };
 
@@ -145,8 +145,9 @@ TEST(Standard, HoldsTheFactsOfTheStandards) {
         EXPECT_EQ(attribute->requiredStatus(), fact.status);
         auto const* const distinguished = attribute->getDistinguishedValue();
         ASSERT_EQ(distinguished != nullptr, fact.distinguished != nullptr);
-        if (distinguished != nullptr)
+        if (distinguished != nullptr) {
             EXPECT_EQ(distinguished->toString(), fact.distinguished);
+        }
     }
 }
 
@@ -176,7 +177,7 @@ TEST(Standard, ReferencesAllowSubclasses) {
 TEST(Standard, EnumerationsHaveNames) {
     auto const& layout = dynamic_cast<MetaMetadata::MetaSimpleElement const&>(
         *dictionary().findMetaElement("060E2B34.01010101.04010301.04000000"_key));
-    EXPECT_EQ(*layout.enumerationNames()->findName(Types::UInt8(1)), u"SeparateFields");
+    EXPECT_EQ(*layout.enumerationNames()->findName(Types::UInt8(std::uint8_t{1})), u"SeparateFields");
     auto const& curve = dynamic_cast<MetaMetadata::MetaSimpleElement const&>(
         *dictionary().findMetaElement("060E2B34.01010102.04010201.01010200"_key));
     Types::UniversalLabel const bt709("060E2B34.04010101.04010101.01020000"_key);
@@ -203,8 +204,9 @@ TEST(Standard, IsConsistent) {
         for (auto each = at->second.metaAttributesBegin(); each != at->second.metaAttributesEnd(); ++each) {
             auto const& label = (*each)->metaElement().universalLabel();
             EXPECT_EQ(dictionary().findMetaElement(label), &(*each)->metaElement());
-            if (auto const* const tag = (*each)->staticLocalTag())
+            if (auto const* const tag = (*each)->staticLocalTag()) {
                 EXPECT_EQ(*dictionary().find(label), *tag);
+            }
         }
     }
     EXPECT_GT(classes, 300U);
