@@ -7,8 +7,8 @@
 
 #include <iostream>
 
-int main(int, char** arguments) try {
-    MXF::Zelm::DataIO::File::FileDataSource file{std::string_view(arguments[1])};
+int main(int count, char** arguments) try {
+    MXF::Zelm::DataIO::File::FileDataSource file{std::string_view(count > 1 ? arguments[1] : "")};
     MXF::Zelm::MXFIO::Reader2 reader(file, MXF::ZelmDictionary::standard(), 65536);
     auto const metadata = reader.backwardFirstPartitionWithFinalMetadata()->metadata();
     for (auto const* const package : metadata->packages())

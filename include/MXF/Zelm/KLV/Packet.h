@@ -28,8 +28,8 @@ public:
     /// Bytes of the length field.
     unsigned char berLength() const { return berLength_; }
 
-    /// Bytes of key, length field and value.
-    std::uint64_t klvLength() const { return value_.totalLength() + Key::size() + berLength_; }
+    /// Bytes of key, length field and value; the largest number there is when a lying length makes them more.
+    std::uint64_t klvLength() const;
 
     std::uint64_t keyAbsoluteOffset() const { return keyAbsoluteOffset_; }
 

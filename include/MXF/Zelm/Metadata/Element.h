@@ -90,6 +90,9 @@ protected:
 private:
     friend class MetadataSet;
 
+    /// A copy with the same value, also one that breaks a limit, as a file may hold it.
+    Templates::auto_ptr<Element> copyFor(MetadataSet* set) const;
+
     static constexpr std::uint64_t noOffset = ~std::uint64_t{0};
 
     AttributePtr attribute_;
@@ -198,6 +201,8 @@ private:
     MetaMetadata::MetaCollectionElement const& collectionDefinition() const;
     void requireSubType(Types::SimpleDataType const& member) const;
     void requireCount(std::size_t count) const;
+    void requireRoomFor(std::size_t count) const;
+    void requireNoFewer(std::size_t count) const;
     void exchange(Templates::auto_ptr<Types::Collection> next, std::size_t index,
                   Types::SimpleDataType const* oldMember, Types::SimpleDataType const* newMember);
 

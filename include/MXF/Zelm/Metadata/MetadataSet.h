@@ -145,6 +145,7 @@ private:
     MetadataSetOwner* listeningOwner() const { return isHeld_ ? owner_ : nullptr; }
 
     Elements::const_iterator lowerBound(Types::UniversalLabel const& label) const;
+    void drop(Element const& element);
     void loadElement(KLV::Value& value, PartitionDictionary const& dictionary, std::uint64_t offset);
     Templates::auto_ptr<Element> readElement(std::vector<unsigned char> const& bytes,
                                              Types::LocalTag const& tag,

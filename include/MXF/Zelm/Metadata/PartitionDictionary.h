@@ -5,6 +5,8 @@
 #include "MXF/Zelm/MetaMetadata/Dictionary.h"
 #include "MXF/Zelm/Packs/PrimerPack.h"
 
+#include <set>
+
 namespace MXF::Zelm::Metadata {
 
 class MXFZELM_EXPORT PartitionDictionary : public Platform::Allocated {
@@ -49,11 +51,16 @@ public:
     /// LocalTags are used".
     Types::LocalTag findOrGenerate(Types::UniversalLabel const& label);
 
+    /// Keeps a tag from being drawn: one that stands in a set although the primer does not know it would get
+    /// a meaning that it never had.
+    void reserve(Types::LocalTag const& tag);
+
 private:
     Types::LocalTag const* findInPrimer(Types::UniversalLabel const& label) const;
 
     DictionaryPtr dictionary_;
     Templates::auto_ptr<Packs::PrimerPack> primer_;
+    std::set<Types::LocalTag> reserved_;
     std::uint32_t nextDynamic_ = 0xFFFF;
     // Tags of labels that the primer holds in another version; searching for them is slow.
     mutable Templates::map<Types::UniversalLabel, Types::LocalTag> otherVersions_;

@@ -59,7 +59,7 @@ public:
     /// Exceptions::InvalidMetadataSet with "A MetaMetadataSet with Key … was not found in the Dictionary.".
     MetadataSet& createMetadataSet(KLV::Key const& key);
 
-    /// Takes a set over. Throws as `load` does for its instance UID.
+    /// Takes a set over and becomes its owner. Throws as `load` does for its instance UID.
     MetadataSet& addMetadataSet(Templates::auto_ptr<MetadataSet> set);
 
     /// Removes the set with an instance UID; false when there is none. A listener may refuse by throwing.
@@ -153,6 +153,7 @@ private:
     template <class Call>
     void tell(Call call);
     KLV::Key keyForNewSet(KLV::Key key);
+    std::vector<Place>::iterator placeOf(MetadataSet const& set);
     void requireFreeInstanceUID(MetadataSet const& set) const;
     void serializeAsLoaded(DataIO::DataSink& sink, bool withInvalid) const;
 

@@ -25,8 +25,10 @@ public:
     /// All bytes zero.
     FixedSizeType() = default;
 
-    /// Copies N bytes.
-    explicit FixedSizeType(const unsigned char* bytes) { std::copy_n(bytes, N, bytes_.begin()); }
+    /// Copies N bytes. (A template, so that the 0 of `Position(0)` is a number and no pointer.)
+    template <class Byte>
+    requires std::is_same_v<Byte const, unsigned char const>
+    explicit FixedSizeType(Byte* bytes) { std::copy_n(bytes, N, bytes_.begin()); }
 
     /// Reads exactly N bytes. Throws Exceptions::InvalidLength when fewer are left.
     explicit FixedSizeType(KLV::Value& value) { value.readValue(bytes_.data(), N); }

@@ -2,6 +2,7 @@
 
 #include "MXF/Zelm/Platform/Text.h"
 
+#include <algorithm>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -12,13 +13,12 @@ namespace {
 
 /// "/somewhere/src/MXF/Zelm/KLV/Reader.cpp" becomes "src/MXF/Zelm/KLV/Reader".
 std::string shortSourceFile(std::string_view file) {
-    auto begin = std::string_view::npos;
-    for (std::string_view root : {"src/MXF", "src\\MXF", "include/MXF", "include\\MXF"})
-        if (auto const found = file.rfind(root);
-            found != std::string_view::npos && begin == std::string_view::npos)
-            begin = found;
-    if (begin != std::string_view::npos)
-        file.remove_prefix(begin);
+    // Folders above the project may have such names too: the last one counts.
+    std::size_t begin = 0;
+    for (std::string_view root : {"src/MXF/Zelm", "src\\MXF\\Zelm", "include/MXF/Zelm", "include\\MXF\\Zelm"})
+        if (auto const found = file.rfind(root); found != std::string_view::npos)
+            begin = std::max(begin, found);
+    file.remove_prefix(begin);
     auto const dot = file.rfind('.');
     if (dot != std::string_view::npos && file.find_first_of("/\\", dot) == std::string_view::npos)
         file = file.substr(0, dot);

@@ -81,8 +81,8 @@ std::vector<unsigned> oidComponents(std::u16string_view text) {
 
 Bytes fromOid(std::u16string_view text, std::size_t size) {
     auto const components = oidComponents(text);
-    if (components.size() < std::size(oidPrefix) ||
-        !std::equal(std::begin(oidPrefix), std::end(oidPrefix), components.begin()))
+    std::size_t const known = std::min(components.size(), std::size(oidPrefix));
+    if (!std::equal(oidPrefix, oidPrefix + known, components.begin()))
         throw Exceptions::BaseException("OID contains initial values not according to type");
     std::size_t const expected = size - std::size(smptePrefix) + std::size(oidPrefix);
     if (components.size() > expected)

@@ -77,6 +77,8 @@ MetaElement* Dictionary::findMetaElement(Types::UniversalLabel const& label) {
 }
 
 MetaElement const* Dictionary::findMetaElementOfAnyVersion(Types::UniversalLabel const& label) const {
+    if (auto const* const exact = findMetaElement(label))
+        return exact;
     // The version stands before the bytes that tell elements apart, so that each version has a range of its
     // own.
     constexpr int versionByte = 7;

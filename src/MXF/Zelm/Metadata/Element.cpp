@@ -1,6 +1,8 @@
 #include "MXF/Zelm/Metadata/Element.h"
 
 #include "MXF/Zelm/ByteCoders/BigEndian.h"
+#include "MXF/Zelm/DataIO/Memory/MemoryDataSink.h"
+#include "MXF/Zelm/DataIO/Memory/MemoryViewDataSource.h"
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/Metadata/MetadataSet.h"
 #include "MXF/Zelm/Metadata/PartitionDictionary.h"
@@ -99,6 +101,18 @@ std::uint64_t Element::serializedSize(int lengthFieldLength) const {
     auto const* const value = baseValue();
     return Types::LocalTag::wireSize + static_cast<unsigned>(lengthFieldLength) +
            (value != nullptr ? value->serializedSize() : 0);
+}
+
+Templates::auto_ptr<Element> Element::copyFor(MetadataSet* set) const {
+    auto copy = ElementFactory::create(attribute_, set);
+    DataIO::Memory::MemoryDataSink bytes;
+    baseValue()->serialize(bytes);
+    DataIO::Memory::MemoryViewDataSource source(bytes.rawBuffer(),
+                                                static_cast<std::size_t>(bytes.serializedSize()));
+    KLV::Value value(source, bytes.serializedSize());
+    copy->load(value);
+    copy->isHeld_ = true;
+    return copy;
 }
 
 template <class Tell, class Undo>
@@ -213,11 +227,25 @@ void BasicCollectionElement<Base>::requireSubType(Types::SimpleDataType const& m
 
 template <class Base>
 void BasicCollectionElement<Base>::requireCount(std::size_t count) const {
+    requireRoomFor(count);
+    requireNoFewer(count);
+}
+
+// A file may break either limit: adding is held against the upper one alone and taking out against the lower
+// one, so that such a collection can be repaired.
+
+template <class Base>
+void BasicCollectionElement<Base>::requireRoomFor(std::size_t count) const {
     auto const limits = collectionDefinition().collectionSizeLimits();
     if (count > limits.maximum)
         throw Exceptions::InvalidChange(this->message("': Schema only allows to add " +
                                                       std::to_string(limits.maximum) +
                                                       " elements to this collection."));
+}
+
+template <class Base>
+void BasicCollectionElement<Base>::requireNoFewer(std::size_t count) const {
+    auto const limits = collectionDefinition().collectionSizeLimits();
     if (count < limits.minimum)
         throw Exceptions::InvalidChange(this->message("': Schema does not allow less than " +
                                                       std::to_string(limits.minimum) +
@@ -273,7 +301,7 @@ void requireIndex(std::size_t index, Types::Collection const& collection) {
 template <class Base>
 void BasicCollectionElement<Base>::add(Types::SimpleDataType const& member) {
     requireSubType(member);
-    requireCount(value_->count() + 1);
+    requireRoomFor(value_->count() + 1);
     auto next = copyOf(*value_);
     next->add(member);
     exchange(std::move(next), value_->count(), nullptr, &member);
@@ -292,7 +320,7 @@ void BasicCollectionElement<Base>::set(std::size_t index, Types::SimpleDataType 
 template <class Base>
 void BasicCollectionElement<Base>::remove(std::size_t index) {
     requireIndex(index, *value_);
-    requireCount(value_->count() - 1);
+    requireNoFewer(value_->count() - 1);
     auto const old = value_->at(index).clone();
     auto next = copyOf(*value_);
     next->remove(index);

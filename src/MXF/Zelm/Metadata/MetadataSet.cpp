@@ -195,12 +195,12 @@ Element& MetadataSet::value(Types::UniversalLabel const& label, Types::BaseType 
     created->baseValue(value);
     created->isHeld_ = true;
     Element& element = *created;
-    auto const place = elements_.insert(lowerBound(label), std::move(created));
+    elements_.insert(lowerBound(label), std::move(created));
     if (auto* const owner = listeningOwner()) {
         try {
             owner->addedElement(*this, element.metaElement(), element, *element.baseValue());
         } catch (...) {
-            elements_.erase(place);
+            drop(element);
             throw;
         }
     }
@@ -208,10 +208,10 @@ Element& MetadataSet::value(Types::UniversalLabel const& label, Types::BaseType 
 }
 
 bool MetadataSet::removeElement(Types::UniversalLabel const& label) {
-    auto const place = lowerBound(label);
-    if (place == elements_.end() || (*place)->metaElement()->universalLabel() != label)
+    auto* const found = findElement(label);
+    if (found == nullptr)
         return false;
-    Element& element = **place;
+    Element& element = *found;
     auto const* const attribute =
         dynamic_cast<MetaMetadata::MetaAttribute const*>(element.metaAttribute().get());
     if (attribute != nullptr &&
@@ -219,8 +219,13 @@ bool MetadataSet::removeElement(Types::UniversalLabel const& label) {
         throw Exceptions::InvalidChange(element.message("' is required according to Schema"));
     if (auto* const owner = listeningOwner())
         owner->removedElement(*this, element.metaElement(), element, *element.baseValue());
-    elements_.erase(place);
+    drop(element);
     return true;
+}
+
+/// Who was told of a change may have changed the set, so that no iterator outlives the telling.
+void MetadataSet::drop(Element const& element) {
+    std::erase_if(elements_, [&element](auto const& own) { return own.get() == &element; });
 }
 
 Templates::vector<MetadataSet*> MetadataSet::referencedSets(Types::UniversalLabel const& label) const {
@@ -261,7 +266,7 @@ Templates::auto_ptr<MetadataSet> MetadataSet::clone(bool newInstanceUID, Metadat
     Templates::auto_ptr<MetadataSet> copy(new MetadataSet(key_, definition_, nullptr));
     copy->berLength_ = berLength_;
     for (auto const& element : elements_)
-        copy->value(element->metaElement()->universalLabel(), *element->baseValue());
+        copy->elements_.push_back(element->copyFor(copy.get()));
     for (auto const& element : invalid_) {
         auto const& original = static_cast<InvalidElement const&>(*element);
         copy->invalid_.emplace_back(new InvalidElement(original.metaAttribute(), copy.get(), original.tag()));

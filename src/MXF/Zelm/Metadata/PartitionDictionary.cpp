@@ -53,10 +53,13 @@ Types::LocalTag const* PartitionDictionary::findInPrimer(Types::UniversalLabel c
     if (auto const* const exact = primer_->find(label))
         return exact;
     auto const known = otherVersions_.find(label);
-    if (known != otherVersions_.end())
-        return &known->second;
+    if (known != otherVersions_.end()) { // the primer may have changed since
+        auto const* const now = primer_->find(known->second);
+        if (now != nullptr && Types::equalButForVersion(*now, label))
+            return &known->second;
+    }
     auto const* const other = primer_->findOfAnyVersion(label);
-    return other != nullptr ? &otherVersions_.emplace(label, *other).first->second : nullptr;
+    return other != nullptr ? &otherVersions_.insert_or_assign(label, *other).first->second : nullptr;
 }
 
 Types::LocalTag PartitionDictionary::find(Types::UniversalLabel const& label) const {
@@ -68,6 +71,8 @@ Types::LocalTag PartitionDictionary::find(Types::UniversalLabel const& label) co
     return *tag;
 }
 
+void PartitionDictionary::reserve(Types::LocalTag const& tag) { reserved_.insert(tag); }
+
 Types::LocalTag PartitionDictionary::findOrGenerate(Types::UniversalLabel const& label) {
     if (auto const* const tag = findInPrimer(label))
         return *tag;
@@ -77,7 +82,7 @@ Types::LocalTag PartitionDictionary::findOrGenerate(Types::UniversalLabel const&
     }
     while (nextDynamic_ >= Types::LocalTag::firstDynamic) {
         Types::LocalTag const tag(static_cast<std::uint16_t>(nextDynamic_--));
-        if (primer_->find(tag) == nullptr) {
+        if (primer_->find(tag) == nullptr && !reserved_.contains(tag)) {
             primer_->add(tag, label);
             return tag;
         }

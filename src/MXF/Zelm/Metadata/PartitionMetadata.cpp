@@ -106,9 +106,15 @@ void PartitionMetadata::requireFreeInstanceUID(MetadataSet const& set) const {
                                              uid->toString() + u", already defined!");
 }
 
+std::vector<PartitionMetadata::Place>::iterator PartitionMetadata::placeOf(MetadataSet const& set) {
+    return std::find_if(places_.begin(), places_.end(),
+                        [&set](Place const& place) { return place.set.get() == &set; });
+}
+
 MetadataSet& PartitionMetadata::addMetadataSet(Templates::auto_ptr<MetadataSet> set) {
     requireFreeInstanceUID(*set);
     MetadataSet& added = *set;
+    added.owner_ = this;
     places_.push_back({std::move(set), nullptr});
     auto const byKey = sets_.emplace(added.key(), &added);
     auto const byUID = byInstanceUID_.emplace(*added.instanceUID(), &added).first;
@@ -118,7 +124,7 @@ MetadataSet& PartitionMetadata::addMetadataSet(Templates::auto_ptr<MetadataSet> 
     } catch (...) {
         byInstanceUID_.erase(byUID);
         sets_.erase(byKey);
-        places_.pop_back();
+        places_.erase(placeOf(added)); // others may have come behind it
         throw;
     }
     return added;
@@ -133,8 +139,7 @@ bool PartitionMetadata::removeMetadataSet(Types::UUID const& instanceUID) {
     byInstanceUID_.erase(instanceUID);
     auto const [first, last] = sets_.equal_range(set->key());
     sets_.erase(std::find_if(first, last, [set](auto const& entry) { return entry.second == set; }));
-    places_.erase(std::find_if(places_.begin(), places_.end(),
-                               [set](Place const& place) { return place.set.get() == set; }));
+    places_.erase(placeOf(*set));
     return true;
 }
 
@@ -206,6 +211,9 @@ Templates::vector<MetadataSet*> PartitionMetadata::packages() const {
 }
 
 void PartitionMetadata::generateLocalTags() {
+    for (auto const& [key, set] : sets_)
+        for (auto element = set->invalidBegin(); element != set->invalidEnd(); ++element)
+            dictionary_->reserve(static_cast<InvalidElement const&>(**element).tag());
     for (auto const& [key, set] : sets_)
         for (auto const& element : *set)
             dictionary_->findOrGenerate(element->metaElement()->universalLabel());

@@ -47,8 +47,8 @@ RandomIndexPack& RandomIndexPack::operator=(RandomIndexPack const&) = default;
 RandomIndexPack::~RandomIndexPack() = default;
 
 void RandomIndexPack::add(std::uint32_t bodySID, std::uint64_t byteOffset) {
-    if (state_->sids.emplace(byteOffset, bodySID).second)
-        state_->offsets.emplace(bodySID, byteOffset);
+    state_->sids.emplace(byteOffset, bodySID);
+    state_->offsets.emplace(bodySID, byteOffset);
 }
 
 Templates::vector<std::uint64_t> RandomIndexPack::find(std::uint32_t bodySID) const {

@@ -91,7 +91,7 @@ void Collection::load(KLV::Value& value) {
                                                                " have " + std::to_string(expected) +
                                                                " bytes, not " + std::to_string(itemSize)));
     std::vector<Templates::auto_ptr<SimpleDataType>> items;
-    items.reserve(count);
+    items.reserve(std::min<std::uint32_t>(count, 1024)); // the value's length may lie as well as the count
     for (std::uint32_t i = 0; i < count; ++i) {
         KLV::Value item(value, itemSize);
         items.push_back(factory.create(subType_, item));

@@ -7,6 +7,9 @@ namespace MXF::Zelm::Types {
 
 namespace {
 
+/// Bits of a component at most (ISO/IEC 15444-1, A.5.1).
+constexpr unsigned mostBits = 38;
+
 /// In the order of their numbers in the COD marker (ISO/IEC 15444-1, A.6.1).
 constexpr std::string_view progressionOrders[] = {"LRCP", "RLCP", "RPCL", "PCRL", "CPRL"};
 constexpr std::string_view transforms[] = {"9-7", "5-3"};
@@ -36,7 +39,7 @@ unsigned char takeByte(TextCursor& cursor) {
 
 J2KPictureComponent::J2KPictureComponent(unsigned depth, bool isSigned, std::uint8_t horizontal,
                                          std::uint8_t vertical) {
-    if (depth < 1 || depth > 38)
+    if (depth < 1 || depth > mostBits)
         throw Exceptions::InvalidValue("A JPEG 2000 component has 1 to 38 bits, not " +
                                        std::to_string(depth));
     bytes_ = {static_cast<unsigned char>((depth - 1) | (isSigned ? 0x80u : 0u)), horizontal, vertical};
@@ -49,7 +52,7 @@ std::u16string J2KPictureComponent::toString() const {
 
 J2KPictureComponent J2KPictureComponent::fromText(std::u16string_view text) {
     TextCursor cursor(text, "J2KPictureComponent");
-    auto const depth = static_cast<unsigned>(cursor.number(128));
+    auto const depth = static_cast<unsigned>(cursor.number(mostBits));
     cursor.require(u" bit ");
     bool const isSigned = cursor.take(u"signed ");
     if (!isSigned)
@@ -58,6 +61,8 @@ J2KPictureComponent J2KPictureComponent::fromText(std::u16string_view text) {
     cursor.require(u"x");
     auto const vertical = static_cast<std::uint8_t>(cursor.number(255));
     cursor.requireEnd();
+    if (depth == 0)
+        cursor.fail();
     return {depth, isSigned, horizontal, vertical};
 }
 
