@@ -93,7 +93,8 @@ void readProperties(Words& words, MetaMetadata::PropertyMap& properties) {
         auto const equals = word.text.find('=');
         if (word.quoted || equals == 0 || equals == std::string_view::npos)
             refuse("unexpected " + quote(word.text));
-        properties.addProperty(Wide(word.text.substr(0, equals)), Wide(word.text.substr(equals + 1)));
+        properties.addProperty(Wide(word.text.substr(0, equals)),
+                               Wide(withoutQuotes(word.text.substr(equals + 1))));
     }
 }
 
