@@ -273,6 +273,7 @@ void Definitions::resolveTargets(unsigned& line) {
         line = type.line;
         for (auto const target : type.targets)
             collectSubclasses(classNumber(target), type.allowed);
+        std::sort(type.allowed.begin(), type.allowed.end());
     }
     for (auto& element : elements_)
         if (element.owned && !element.type->allowed.empty())

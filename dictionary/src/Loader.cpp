@@ -154,7 +154,7 @@ Status readStatus(std::string_view text) {
 
 } // namespace
 
-Loader::Row const Loader::statements[] = {
+constinit Loader::Row const Loader::statements[] = {
     {"attribute", &Loader::readAttribute}, {"element", &Loader::readElement}, {"class", &Loader::readClass},
     {"value", &Loader::readValue},         {"type", &Loader::readType},       {"extend", &Loader::readExtend},
 };
