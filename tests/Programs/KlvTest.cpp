@@ -13,7 +13,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-ProgramRun klv(FileBytes const& bytes, std::vector<std::string> options = {"--json"}) {
+ProgramRun listed(Bytes const& bytes, std::vector<std::string> options = {"--json"}) {
     FileOnDisk const file(bytes);
     options.insert(options.begin(), {"klv", file.name()});
     return runZelm(options);
@@ -30,7 +30,7 @@ std::uint64_t bytesOf(Json const& rows) {
 
 TEST(Klv, ListsEveryPacketWithItsOffsetAndName) {
     SmallFile const file;
-    auto const run = klv(file.bytes);
+    auto const run = listed(file.bytes);
     ASSERT_EQ(run.status, 0) << run.errors;
     auto const json = Json::parse(run.output);
     EXPECT_EQ(json["schema_version"], 1);
@@ -46,13 +46,13 @@ TEST(Klv, ListsEveryPacketWithItsOffsetAndName) {
     EXPECT_EQ(essence["length"], 300);
     EXPECT_NE(essence["name"].get<std::string>().find("MPEG"), std::string::npos);
 
-    auto const text = klv(file.bytes, {}).output;
+    auto const text = listed(file.bytes, {}).output;
     EXPECT_EQ(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')), file.packets + 1);
 }
 
 TEST(Klv, CountsByKeyInTheOrderAskedFor) {
     SmallFile const file;
-    auto const json = Json::parse(klv(file.bytes, {"--json", "--summary", "--sort", "bytes"}).output);
+    auto const json = Json::parse(listed(file.bytes, {"--json", "--summary", "--sort", "bytes"}).output);
     auto const& first = json["keys"][0];
     EXPECT_EQ(first["key"], "urn:smpte:ul:060e2b34.01020101.0d010301.15010500");
     EXPECT_EQ(first["count"], 3);
@@ -60,13 +60,13 @@ TEST(Klv, CountsByKeyInTheOrderAskedFor) {
     EXPECT_EQ(first["klv_bytes"], 660);
     EXPECT_EQ(json["total"]["count"], file.packets);
     EXPECT_EQ(json["total"]["klv_bytes"], file.bytes.size());
-    EXPECT_NE(klv(file.bytes, {"--summary"}).output.find("660"), std::string::npos);
+    EXPECT_NE(listed(file.bytes, {"--summary"}).output.find("660"), std::string::npos);
 }
 
 TEST(Klv, PassesOverARunInAndKeepsOffsetsOfTheFile) {
     SmallFile file;
     file.bytes.insert(file.bytes.begin(), 1000, 'r');
-    auto const json = Json::parse(klv(file.bytes).output);
+    auto const json = Json::parse(listed(file.bytes).output);
     EXPECT_EQ(json["run_in"], 1000);
     EXPECT_EQ(json["klvs"][0]["offset"], 1000);
     EXPECT_EQ(json["klvs"].size(), file.packets);
@@ -75,11 +75,11 @@ TEST(Klv, PassesOverARunInAndKeepsOffsetsOfTheFile) {
 TEST(Klv, ListsOnlyTheRangeAskedFor) {
     SmallFile const file;
     auto const one = std::to_string(file.essence1 + 30);
-    auto const json = Json::parse(klv(file.bytes, {"--json", "--range", one + ":"}).output);
+    auto const json = Json::parse(listed(file.bytes, {"--json", "--range", one + ":"}).output);
     EXPECT_EQ(json["klvs"][0]["offset"], file.essence1);
-    EXPECT_EQ(Json::parse(klv(file.bytes, {"--json", "--range", ":0x1"}).output)["klvs"].size(), 1u);
+    EXPECT_EQ(Json::parse(listed(file.bytes, {"--json", "--range", ":0x1"}).output)["klvs"].size(), 1u);
     for (auto const* wrong : {"5", "9:3", "0x:", "1:2:3", "-1:"})
-        EXPECT_EQ(klv(file.bytes, {"--range=" + std::string(wrong)}).status, 2) << wrong;
+        EXPECT_EQ(listed(file.bytes, {"--range=" + std::string(wrong)}).status, 2) << wrong;
 }
 
 /// Ways to break a file: what is done to it, how many packets are still read, what the fault says.
@@ -115,7 +115,7 @@ TEST(Klv, TellsAFaultAfterWhatCouldBeRead) {
         SCOPED_TRACE(broken.name);
         SmallFile file;
         broken.breakIt(file);
-        auto const run = klv(file.bytes);
+        auto const run = listed(file.bytes);
         EXPECT_EQ(run.status, 3);
         auto const json = Json::parse(run.output);
         EXPECT_EQ(json["klvs"].size(), broken.packets);
@@ -125,7 +125,7 @@ TEST(Klv, TellsAFaultAfterWhatCouldBeRead) {
         EXPECT_NE(run.errors.find(broken.message), std::string::npos) << run.errors;
         EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1);
 
-        auto const resumed = klv(file.bytes, {"--json", "--resync"});
+        auto const resumed = listed(file.bytes, {"--json", "--resync"});
         EXPECT_EQ(resumed.status, 3);
         std::size_t packets = 0;
         auto const rows = Json::parse(resumed.output);
@@ -138,16 +138,16 @@ TEST(Klv, TellsAFaultAfterWhatCouldBeRead) {
 TEST(Klv, AccountsForEveryByteAcrossAGap) {
     SmallFile file;
     file.bytes[file.essence1 + 17] = 0x7F; // a length beyond the end of the file
-    auto const json = Json::parse(klv(file.bytes, {"--json", "--resync", "--summary"}).output);
+    auto const json = Json::parse(listed(file.bytes, {"--json", "--resync", "--summary"}).output);
     EXPECT_EQ(json["gaps"]["count"], 1);
     EXPECT_EQ(json["gaps"]["bytes"].get<std::uint64_t>() + json["total"]["klv_bytes"].get<std::uint64_t>(),
               file.bytes.size());
 }
 
 TEST(Klv, RefusesWhatIsNoMxfAndWhatIsNotThere) {
-    FileBytes const text(100000, 'x');
-    for (auto const& bytes : {FileBytes(), FileBytes(3, 6), text}) {
-        auto const run = klv(bytes);
+    Bytes const text(100000, 'x');
+    for (auto const& bytes : {Bytes(), Bytes(3, 6), text}) {
+        auto const run = listed(bytes);
         EXPECT_EQ(run.status, 3);
         EXPECT_NE(run.errors.find("no MXF header partition"), std::string::npos) << run.errors;
         EXPECT_TRUE(Json::parse(run.output)["klvs"].empty());

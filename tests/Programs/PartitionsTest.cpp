@@ -13,7 +13,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-ProgramRun partitions(FileBytes const& bytes, std::vector<std::string> options = {"--json"}) {
+ProgramRun partitions(Bytes const& bytes, std::vector<std::string> options = {"--json"}) {
     FileOnDisk const file(bytes);
     options.insert(options.begin(), {"partitions", file.name()});
     return runZelm(options);
@@ -27,7 +27,7 @@ std::vector<std::string> fields(Json const& report) {
 }
 
 template <class Integer>
-void put(FileBytes& bytes, std::size_t at, Integer value) {
+void put(Bytes& bytes, std::size_t at, Integer value) {
     ByteCoders::codeInteger(value, bytes.data() + at);
 }
 
@@ -163,8 +163,7 @@ TEST(Partitions, ShowsFilesThatEndTooEarly) {
         {0, 0, 3},
     };
     for (auto const& [size, count, status] : cases) {
-        auto const run =
-            partitions(FileBytes(file.bytes.begin(), file.bytes.begin() + static_cast<long>(size)));
+        auto const run = partitions(Bytes(file.bytes.begin(), file.bytes.begin() + static_cast<long>(size)));
         EXPECT_EQ(run.status, status) << size << run.errors;
         auto const json = Json::parse(run.output);
         EXPECT_EQ(json["partitions"].size(), count) << size;

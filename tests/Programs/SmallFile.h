@@ -6,13 +6,9 @@
 ///     footer    nothing but its pack
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <vector>
+#include "support/Files.h"
 
 namespace MXF::Zelm::Test {
-
-using FileBytes = std::vector<unsigned char>;
 
 /// Where the fields of a partition pack stand, counted from its key; the length field has 4 bytes.
 namespace PackField {
@@ -32,23 +28,21 @@ inline constexpr std::size_t essenceContainers = 108;
 struct SmallFile {
     SmallFile();
 
-    FileBytes bytes;
+    Bytes bytes;
     std::size_t body1 = 0, body2 = 0, footer = 0, randomIndex = 0;
     std::size_t essence1 = 0; ///< the first essence element
     std::size_t packets = 0;  ///< KLV packets in all
 };
 
-/// A file in the folder for temporary files, gone with the object.
+/// Bytes in a file of its own.
 class FileOnDisk {
 public:
-    explicit FileOnDisk(FileBytes const& bytes);
-    ~FileOnDisk();
-    FileOnDisk(FileOnDisk const&) = delete;
-    FileOnDisk& operator=(FileOnDisk const&) = delete;
+    explicit FileOnDisk(Bytes const& bytes) : name_(folder_.file("small.mxf")) { writeFile(name_, bytes); }
 
     std::string const& name() const { return name_; }
 
 private:
+    TemporaryFolder folder_;
     std::string name_;
 };
 

@@ -1,10 +1,8 @@
 #include "support/Program.h"
 
+#include "support/Files.h"
+
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <random>
 
 #if !defined(_WIN32)
 #include <sys/wait.h>
@@ -13,30 +11,6 @@
 namespace MXF::Zelm::Test {
 
 namespace {
-
-/// A file that the program's output goes to, gone with the object.
-class CaptureFile {
-public:
-    CaptureFile()
-        : path_(std::filesystem::temp_directory_path() /
-                ("zelm-test-" + std::to_string(std::random_device()()) +
-                 std::to_string(std::random_device()()))) {}
-    ~CaptureFile() {
-        std::error_code ignored;
-        std::filesystem::remove(path_, ignored);
-    }
-    CaptureFile(CaptureFile const&) = delete;
-    CaptureFile& operator=(CaptureFile const&) = delete;
-
-    std::string name() const { return path_.string(); }
-    std::string text() const {
-        std::ifstream file(path_, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-
-private:
-    std::filesystem::path path_;
-};
 
 std::string quoted(std::string const& word) {
 #if defined(_WIN32)
@@ -49,14 +23,20 @@ std::string quoted(std::string const& word) {
 #endif
 }
 
+std::string textOf(std::string const& file) {
+    Bytes const bytes = readFile(file);
+    return {bytes.begin(), bytes.end()};
+}
+
 } // namespace
 
 ProgramRun runProgram(std::string const& program, std::vector<std::string> const& arguments) {
-    CaptureFile const output, errors;
+    TemporaryFolder const folder;
+    std::string const output = folder.file("output"), errors = folder.file("errors");
     std::string command = quoted(program);
     for (auto const& argument : arguments)
         command += " " + quoted(argument);
-    command += " >" + quoted(output.name()) + " 2>" + quoted(errors.name());
+    command += " >" + quoted(output) + " 2>" + quoted(errors);
     ProgramRun run;
 #if defined(_WIN32)
     run.status = std::system(("\"" + command + "\"").c_str()); // cmd takes the outer pair away
@@ -68,8 +48,8 @@ ProgramRun runProgram(std::string const& program, std::vector<std::string> const
     if (WIFSIGNALED(ended))
         run.signal = WTERMSIG(ended);
 #endif
-    run.output = output.text();
-    run.errors = errors.text();
+    run.output = textOf(output);
+    run.errors = textOf(errors);
     return run;
 }
 

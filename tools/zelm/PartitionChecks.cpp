@@ -128,9 +128,11 @@ bool PartitionChecks::checkAreas(SurveyedPartition const& partition) {
                      p.indexTableAbsoluteOffset(), p.partitionPack().indexByteCount(),
                      KLV::isIndexTableKlvSegment,  isIndexTable,
                      KLV::isIndexTableKlvSegment};
+    if (!checkArea(partition, index))
+        return false;
     if (p.partitionPack().indexSID() == 0 && index.count != 0)
         disagree(partition, "index_sid", "IndexSID is 0, but there is an index table");
-    return checkArea(partition, index);
+    return true;
 }
 
 /// Walks the packets of an area: it has to begin with the right one, to hold no others, and to end, with a
