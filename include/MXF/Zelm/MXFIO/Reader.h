@@ -78,9 +78,9 @@ public:
 
 protected:
     /// Reads on from the source's position to the next partition pack and returns its partition; null when
-    /// the source ends or `limit`, the most bytes to pass over, is used up (only the bytes before each key
-    /// count if `unlimited`). `skipped` receives the bytes passed over; `essenceSeen` is set when an essence
-    /// element was among them.
+    /// the source ends (also amid a packet) or `limit`, the most bytes to pass over, is used up (only the
+    /// bytes before each key count if `unlimited`). `skipped` receives the bytes passed over; `essenceSeen`
+    /// is set when an essence element was among them.
     Partition* readPartition(std::int64_t limit, bool unlimited, std::uint64_t& skipped, bool& essenceSeen);
 
     /// The known partition at an absolute offset, null when there is none.
@@ -99,6 +99,8 @@ protected:
     Partition& requireHeaderPartition();
 
 private:
+    Partition* readPeekedPartition();
+
     struct State;
     Templates::auto_ptr<State> state_;
 };

@@ -65,7 +65,7 @@ public:
     /// The same while the dictionary is being filled.
     MetaElement* findMetaElement(Types::UniversalLabel const& label);
 
-    /// The element of a label whose version (byte 7) is left out of account; null when unknown. Slower.
+    /// The element of a label whose version (byte 7) is left out of account; null when unknown.
     MetaElement const* findMetaElementOfAnyVersion(Types::UniversalLabel const& label) const;
 
     /// The class with exactly this key, null when unknown: the set is then kept as a dark one.

@@ -56,14 +56,10 @@ public:
     void reserve(Types::LocalTag const& tag);
 
 private:
-    Types::LocalTag const* findInPrimer(Types::UniversalLabel const& label) const;
-
     DictionaryPtr dictionary_;
     Templates::auto_ptr<Packs::PrimerPack> primer_;
     std::set<Types::LocalTag> reserved_;
     std::uint32_t nextDynamic_ = 0xFFFF;
-    // Tags of labels that the primer holds in another version; searching for them is slow.
-    mutable Templates::map<Types::UniversalLabel, Types::LocalTag> otherVersions_;
 };
 
 } // namespace MXF::Zelm::Metadata

@@ -43,7 +43,7 @@ public:
     Types::UniversalLabel const* find(Types::LocalTag const& tag) const;
     Types::LocalTag const* find(Types::UniversalLabel const& label) const;
 
-    /// The tag of a label whose version (byte 7) is left out of account; null when there is none. Slower.
+    /// The tag of a label whose version (byte 7) is left out of account; null when there is none.
     Types::LocalTag const* findOfAnyVersion(Types::UniversalLabel const& label) const;
 
     /// Removes a label and its tag; false when the label was not present.

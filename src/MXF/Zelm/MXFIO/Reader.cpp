@@ -87,40 +87,48 @@ Partition* Reader::lastLoadedPartition() const {
     return state_->partitions.empty() ? nullptr : state_->partitions.rbegin()->second.get();
 }
 
+/// Makes the partition whose pack's key the KLV reader has just peeked at.
+Partition* Reader::readPeekedPartition() {
+    auto& source = state_->source;
+    if (Partition* const known = find(source.absoluteOffset() - KLV::Key::size())) {
+        source.seek(known->metadataAbsoluteOffset());
+        return known;
+    }
+    std::uint64_t skipped = 0;
+    auto const packet = state_->klvReader.nextKLV(skipped, 0);
+    Templates::auto_ptr<Partition> partition(new Partition(*this, *packet, readPack(*packet)));
+    return state_->partitions.emplace(packet->keyAbsoluteOffset(), std::move(partition)).first->second.get();
+}
+
 Partition* Reader::readPartition(std::int64_t limit, bool unlimited, std::uint64_t& skipped,
                                  bool& essenceSeen) {
     auto& source = state_->source;
     skipped = 0;
-    while (!source.endOfStream() && limit >= 0) {
-        std::uint64_t skippedBefore = 0;
-        KLV::Key key;
-        try {
-            key = state_->klvReader.peekNextKey(skippedBefore, static_cast<std::uint64_t>(limit));
-        } catch (Exceptions::SystemError const&) {
+    bool keyFound = false;
+    try {
+        while (!source.endOfStream() && limit >= 0) {
+            std::uint64_t skippedBefore = 0;
+            keyFound = false;
+            auto const key = state_->klvReader.peekNextKey(skippedBefore, static_cast<std::uint64_t>(limit));
+            keyFound = true;
+            skipped += skippedBefore;
+            if (Packs::isPartitionPack(key))
+                return readPeekedPartition();
+            auto const packet = state_->klvReader.nextKLV(skippedBefore, 0);
+            essenceSeen = essenceSeen || KLV::isEssence(key);
+            skipped = addOffsets(skipped, packet->klvLength());
+            if (!unlimited && packet->klvLength() > static_cast<std::uint64_t>(limit))
+                return nullptr;
+            if (!unlimited)
+                limit -= static_cast<std::int64_t>(packet->klvLength());
+            packet->value().discard();
+        }
+    } catch (Exceptions::SystemError const&) {
+        throw;
+    } catch (Exceptions::BaseException const&) {
+        // The limit is used up before a key, or the source ends amid a packet: an unfinished file.
+        if (keyFound && !source.endOfStream())
             throw;
-        } catch (Exceptions::BaseException const&) {
-            return nullptr; // the source ends, or the limit is used up, before a key
-        }
-        skipped += skippedBefore;
-        if (Packs::isPartitionPack(key))
-            if (Partition* const known = find(source.absoluteOffset() - KLV::Key::size())) {
-                source.seek(known->metadataAbsoluteOffset());
-                return known;
-            }
-        std::uint64_t ignored = 0;
-        auto const packet = state_->klvReader.nextKLV(ignored, 0);
-        if (Packs::isPartitionPack(key)) {
-            Templates::auto_ptr<Partition> partition(new Partition(*this, *packet, readPack(*packet)));
-            return state_->partitions.emplace(packet->keyAbsoluteOffset(), std::move(partition))
-                .first->second.get();
-        }
-        essenceSeen = essenceSeen || KLV::isEssence(key);
-        skipped = addOffsets(skipped, packet->klvLength());
-        if (!unlimited && packet->klvLength() > static_cast<std::uint64_t>(limit))
-            return nullptr;
-        if (!unlimited)
-            limit -= static_cast<std::int64_t>(packet->klvLength());
-        packet->value().discard();
     }
     return nullptr;
 }
@@ -165,6 +173,7 @@ KLV::Value* Reader::runIn() {
 
 bool Reader::loadRIP() {
     auto& source = state_->source;
+    state_->rip.reset();
     source.seek(0);
     std::uint64_t const size = source.remaining();
     unsigned char lengthBytes[4];

@@ -35,7 +35,14 @@ Partition* Reader2::lastPartitionFromHeaderFooterOffset() {
         return known;
     if (footerOffset == 0)
         return nullptr;
-    Partition* const found = readPartitionAt(footerOffset);
+    Partition* found = nullptr;
+    try {
+        found = readPartitionAt(footerOffset);
+    } catch (Exceptions::SystemError const&) {
+        throw;
+    } catch (Exceptions::BaseException const&) {
+        // What stands there is no footer either.
+    }
     if (!isFooter(found))
         throw Exceptions::at(absoluteOffset(footerOffset),
                              Exceptions::BaseException("Footer not found where indicated in primer"));

@@ -2,6 +2,7 @@
 
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/Platform/Text.h"
+#include "MXF/Zelm/Types/LabelSearch.h"
 
 #include <algorithm>
 
@@ -77,26 +78,8 @@ MetaElement* Dictionary::findMetaElement(Types::UniversalLabel const& label) {
 }
 
 MetaElement const* Dictionary::findMetaElementOfAnyVersion(Types::UniversalLabel const& label) const {
-    if (auto const* const exact = findMetaElement(label))
-        return exact;
-    // The version stands before the bytes that tell elements apart, so that each version has a range of its
-    // own.
-    constexpr int versionByte = 7;
-    Types::UniversalLabel wanted = label;
-    wanted[versionByte] = 0;
-    for (auto at = elements_.lower_bound(wanted); at != elements_.end(); at = elements_.lower_bound(wanted)) {
-        if (!std::equal(wanted.rawBuffer(), wanted.rawBuffer() + versionByte, at->first.rawBuffer()))
-            break;
-        if (Types::equalButForVersion(at->first, label))
-            return at->second.get();
-        if (at->first[versionByte] > wanted[versionByte])
-            wanted[versionByte] = at->first[versionByte];
-        else if (wanted[versionByte] == 0xFF)
-            break;
-        else
-            ++wanted[versionByte];
-    }
-    return nullptr;
+    auto const found = Types::findOfAnyVersion(elements_, label);
+    return found != elements_.end() ? found->second.get() : nullptr;
 }
 
 MetaMetadataSet const* Dictionary::find(KLV::Key const& key) const {

@@ -15,6 +15,7 @@ namespace MXF::Zelm::Metadata {
 namespace {
 
 using MetaMetadata::UnknownAttribute;
+using Status = MetaMetadata::AttributeRequiredStatus::Status;
 
 constexpr unsigned char defaultBerLength = 4;
 
@@ -282,6 +283,46 @@ Templates::auto_ptr<MetadataSet> MetadataSet::clone(bool newInstanceUID, Metadat
 
 void MetadataSet::accept(Visitors::MetadataSetVisitor& visitor) const { visitor.visit(*this); }
 void MetadataSet::accept(Visitors::NonConstMetadataSetVisitor& visitor) { visitor.visit(*this); }
+
+/// Appends the elements that hold their distinguished value, which says "unknown", and whose required status
+/// is wanted.
+template <class Wanted>
+void MetadataSet::unknownValues(Wanted wanted, Templates::vector<Element*>& elements) const {
+    for (auto const& element : elements_) {
+        auto const* const attribute =
+            dynamic_cast<MetaMetadata::MetaAttribute const*>(element->metaAttribute().get());
+        if (attribute == nullptr || !wanted(attribute->requiredStatus()))
+            continue;
+        auto const* const distinguished = attribute->getDistinguishedValue();
+        if (distinguished != nullptr && element->baseValue() != nullptr &&
+            *distinguished == *element->baseValue())
+            elements.push_back(element.get());
+    }
+}
+
+void MetadataSet::openElements(Templates::vector<Element*>& elements) const {
+    unknownValues(
+        [](Status status) { return status == Status::Required || status == Status::EncoderRequired; },
+        elements);
+}
+
+void MetadataSet::incompleteElements(Templates::vector<Element*>& elements) const {
+    unknownValues([](Status status) { return status == Status::BestEffort; }, elements);
+}
+
+void MetadataSet::possiblyOpenElements(Templates::vector<Element*>& elements) const {
+    unknownValues([](Status status) { return status == Status::DecoderRequired; }, elements);
+}
+
+void MetadataSet::possiblyIncompleteElements(Templates::vector<Element*>& elements) const {
+    unknownValues([](Status status) { return status == Status::Optional; }, elements);
+}
+
+void MetadataSet::possiblyForbiddenElements(Templates::vector<Element*>& elements) const {
+    for (auto const& element : invalid_)
+        if (element->metaElement() != nullptr)
+            elements.push_back(element.get());
+}
 
 void MetadataSet::getSemanticsValidationElements(Templates::vector<Element*>& elements) const {
     for (auto const& element : elements_)

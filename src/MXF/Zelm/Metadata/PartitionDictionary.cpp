@@ -49,21 +49,8 @@ Types::UniversalLabel PartitionDictionary::find(Types::LocalTag const& tag, bool
     return *label;
 }
 
-Types::LocalTag const* PartitionDictionary::findInPrimer(Types::UniversalLabel const& label) const {
-    if (auto const* const exact = primer_->find(label))
-        return exact;
-    auto const known = otherVersions_.find(label);
-    if (known != otherVersions_.end()) { // the primer may have changed since
-        auto const* const now = primer_->find(known->second);
-        if (now != nullptr && Types::equalButForVersion(*now, label))
-            return &known->second;
-    }
-    auto const* const other = primer_->findOfAnyVersion(label);
-    return other != nullptr ? &otherVersions_.insert_or_assign(label, *other).first->second : nullptr;
-}
-
 Types::LocalTag PartitionDictionary::find(Types::UniversalLabel const& label) const {
-    auto const* tag = findInPrimer(label);
+    auto const* tag = primer_->findOfAnyVersion(label);
     if (tag == nullptr)
         tag = dictionary_->find(label);
     if (tag == nullptr)
@@ -74,7 +61,7 @@ Types::LocalTag PartitionDictionary::find(Types::UniversalLabel const& label) co
 void PartitionDictionary::reserve(Types::LocalTag const& tag) { reserved_.insert(tag); }
 
 Types::LocalTag PartitionDictionary::findOrGenerate(Types::UniversalLabel const& label) {
-    if (auto const* const tag = findInPrimer(label))
+    if (auto const* const tag = primer_->findOfAnyVersion(label))
         return *tag;
     if (auto const* const tag = dictionary_->find(label); tag != nullptr && primer_->find(*tag) == nullptr) {
         primer_->add(*tag, label);

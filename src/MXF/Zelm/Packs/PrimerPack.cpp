@@ -3,8 +3,8 @@
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/Packs/FieldCoding.h"
 #include "MXF/Zelm/Templates/SafeCast.h"
+#include "MXF/Zelm/Types/LabelSearch.h"
 
-#include <algorithm>
 #include <iterator>
 
 namespace MXF::Zelm::Packs {
@@ -69,11 +69,7 @@ Types::LocalTag const* PrimerPack::find(Types::UniversalLabel const& label) cons
 }
 
 Types::LocalTag const* PrimerPack::findOfAnyVersion(Types::UniversalLabel const& label) const {
-    if (auto const* const exact = find(label))
-        return exact;
-    auto const found = std::find_if(state_->tags.begin(), state_->tags.end(), [&label](auto const& entry) {
-        return Types::equalButForVersion(entry.first, label);
-    });
+    auto const found = Types::findOfAnyVersion(state_->tags, label);
     return found != state_->tags.end() ? &found->second : nullptr;
 }
 
