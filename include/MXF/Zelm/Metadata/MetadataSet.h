@@ -155,6 +155,7 @@ private:
 
     template <class Wanted>
     void unknownValues(Wanted wanted, Templates::vector<Element*>& elements) const;
+    std::uint64_t valueLength(bool withInvalid) const;
     Elements::const_iterator lowerBound(Types::UniversalLabel const& label) const;
     void drop(Element const& element);
     void loadElement(KLV::Value& value, PartitionDictionary const& dictionary, std::uint64_t offset);

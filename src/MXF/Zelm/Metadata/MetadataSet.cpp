@@ -136,8 +136,8 @@ Templates::auto_ptr<Element> MetadataSet::readElement(std::vector<unsigned char>
     return unknown(UnknownAttribute::Reason::MalformedValue);
 }
 
-void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary const& dictionary,
-                            bool withInvalid) const {
+/// Bytes of the set's value when it is written.
+std::uint64_t MetadataSet::valueLength(bool withInvalid) const {
     int const lengthWidth = static_cast<int>(key_.lengthFieldLength());
     std::uint64_t length = 0;
     for (auto const& element : elements_)
@@ -145,6 +145,13 @@ void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary const& d
     if (withInvalid)
         for (auto const& element : invalid_)
             length += element->serializedSize(lengthWidth);
+    return length;
+}
+
+void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary const& dictionary,
+                            bool withInvalid) const {
+    int const lengthWidth = static_cast<int>(key_.lengthFieldLength());
+    std::uint64_t const length = valueLength(withInvalid);
 
     unsigned char const berLength = std::max(berLength_, ByteCoders::calculateBERSize(length));
     unsigned char field[ByteCoders::maximumBERSize];
@@ -159,13 +166,7 @@ void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary const& d
 }
 
 std::uint64_t MetadataSet::serializedSize(bool withInvalid) const {
-    int const lengthWidth = static_cast<int>(key_.lengthFieldLength());
-    std::uint64_t length = 0;
-    for (auto const& element : elements_)
-        length += element->serializedSize(lengthWidth);
-    if (withInvalid)
-        for (auto const& element : invalid_)
-            length += element->serializedSize(lengthWidth);
+    std::uint64_t const length = valueLength(withInvalid);
     return KLV::Key::size() + std::max(berLength_, ByteCoders::calculateBERSize(length)) + length;
 }
 
