@@ -56,6 +56,31 @@ std::uint64_t count(Json const& keys, std::string const& prefix) {
     return sum;
 }
 
+/// What `zelm dump` says of all partitions that have header metadata.
+std::vector<Json> dumps(std::string const& file, Json const& partitions) {
+    std::vector<Json> reports;
+    for (std::size_t i = 0; i < partitions.size(); ++i)
+        if (partitions[i]["header_byte_count"] != 0) {
+            auto const run = runZelm({"dump", "--json", "--partition", std::to_string(i), file});
+            EXPECT_EQ(run.status, 0) << run.errors;
+            reports.push_back(Json::parse(run.output));
+        }
+    return reports;
+}
+
+/// Sets of the registers are typed, and what is unknown in them are private properties: in the samples those
+/// of one writer, whose labels are no SMPTE labels or of class 14.
+void expectTyped(Json const& report) {
+    for (auto const& set : report["sets"]) {
+        EXPECT_FALSE(set["dark"].get<bool>()) << set;
+        for (auto const& property : set["properties"])
+            if (property.contains("unknown")) {
+                auto const label = property["label"].get<std::string>();
+                EXPECT_TRUE(label.starts_with("urn:uuid:") || label.substr(31, 2) == "0e") << property;
+            }
+    }
+}
+
 TEST(Samples, GiveTheFiguresOfAnIndependentParser) {
     auto const rows = table();
     if (rows.empty())
@@ -79,6 +104,13 @@ TEST(Samples, GiveTheFiguresOfAnIndependentParser) {
         auto const& index = partitions["random_index_pack"];
         EXPECT_EQ(std::to_string(index.is_null() ? 0 : index["entries"].size()), row[RandomIndex]);
         EXPECT_EQ(partitions, Json::parse(runZelm({"partitions", "--json", "--walk", file}).output));
+
+        std::size_t sets = 0;
+        for (auto const& report : dumps(file, partitions["partitions"])) {
+            sets += report["sets"].size();
+            expectTyped(report);
+        }
+        EXPECT_EQ(std::to_string(sets), row[Sets]);
     }
 }
 
