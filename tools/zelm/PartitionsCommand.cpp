@@ -124,7 +124,8 @@ private:
     }
 
     void printPartitions() const {
-        Table table({{"offset", right},
+        Table table({{"no", right},
+                     {"offset", right},
                      {"kind"},
                      {"status"},
                      {"BodySID", right},
@@ -137,17 +138,19 @@ private:
                      {"footer", right},
                      {"KAG", right},
                      {"version"}});
+        std::size_t number = 0; // what zelm dump --partition calls it
         for (auto const& partition : survey_.partitions)
-            table.add(row(partition));
+            table.add(row(number++, partition));
         table.print(std::cout);
     }
 
-    std::vector<std::string> row(SurveyedPartition const& partition) const {
+    std::vector<std::string> row(std::size_t number, SurveyedPartition const& partition) const {
         auto const& pack = partition.pack();
         auto const cell = [&](const char* field, std::string text) {
             return marked(partition.offset(), field, std::move(text));
         };
-        return {marked(partition.offset(), "random_index_pack", hex(partition.offset())),
+        return {std::to_string(number),
+                marked(partition.offset(), "random_index_pack", hex(partition.offset())),
                 cell("kind", kindText(partition)),
                 cell("status", statusText(partition).value_or("-")),
                 cell("body_sid", std::to_string(pack.bodySID())),
