@@ -3,6 +3,8 @@
 #include "Command.h"
 #include "Faults.h"
 
+#include <MXF/Zelm/Platform/Text.h>
+
 #include <iostream>
 #include <map>
 
@@ -114,7 +116,22 @@ void ReportOptions::declare(CLI::App& parser) {
 
 } // namespace Zelm
 
+#if defined(_WIN32)
+/// Windows gives the arguments in UTF-16; everything here takes UTF-8.
+int wmain(int count, wchar_t** wideArguments) {
+    std::vector<std::string> texts;
+    for (int i = 0; i < count; ++i) {
+        std::wstring_view const wide(wideArguments[i]);
+        texts.push_back(MXF::Zelm::Platform::toUtf8(std::u16string(wide.begin(), wide.end())));
+    }
+    std::vector<char*> arguments;
+    for (auto& text : texts)
+        arguments.push_back(text.data());
+    return Zelm::runProgram(count, arguments.data());
+}
+#else
 int main(int count, char** arguments) {
     std::ios::sync_with_stdio(false);
     return Zelm::runProgram(count, arguments);
 }
+#endif
