@@ -20,6 +20,9 @@ constexpr std::size_t usualElements = 2048;
 constexpr std::size_t usualTags = 512;
 constexpr std::size_t usualClasses = 512;
 
+// Bounds the recursion over subclasses; the standard classes reach 8 levels.
+constexpr unsigned maximumDepth = 64;
+
 std::size_t hashOf(std::string_view name) { return std::hash<std::string_view>()(name); }
 
 /// Of the half that tells labels and keys apart: the item designator.
@@ -90,7 +93,7 @@ void Definitions::importClasses() {
     }
     for (std::uint32_t i = 0; i < parents.size(); ++i) {
         auto const parent = findClass(parents[i]);
-        if (parents[i].empty() || parent == HashIndex::none || parent == i)
+        if (parents[i].empty() || parent == HashIndex::none || inheritsFrom(parent, i))
             continue;
         classes_[i].parent = parent;
         classes_[parent].children.push_back(i);
@@ -108,6 +111,20 @@ void Definitions::importElements() {
         if (auto const* const tag = dictionary_.find(at->first))
             claimTag(element, tag->value());
     }
+}
+
+/// True also for the class itself. Ends: a parent that would close a circle is never recorded.
+bool Definitions::inheritsFrom(std::uint32_t classNumber, std::uint32_t ancestor) const {
+    while (classNumber != ancestor && classNumber != ClassDefinition::none)
+        classNumber = classes_[classNumber].parent;
+    return classNumber == ancestor;
+}
+
+unsigned Definitions::depth(std::uint32_t classNumber) const {
+    unsigned depth = 0;
+    for (; classNumber != ClassDefinition::none; classNumber = classes_[classNumber].parent)
+        ++depth;
+    return depth;
 }
 
 std::uint32_t Definitions::findType(std::string_view name) const {
@@ -199,6 +216,8 @@ std::uint32_t Definitions::addClass(std::string_view symbol, Key const& key, std
         added.definition.emplace(key);
         return index(std::move(added));
     }
+    if (depth(parent) >= maximumDepth)
+        refuse("classes inherit over more than " + std::to_string(maximumDepth) + " levels");
     auto& above = classes_[parent];
     added.definition.emplace(key, above.definition ? *above.definition : *dictionary_.find(above.key));
     auto const number = index(std::move(added));
@@ -254,6 +273,7 @@ void Definitions::resolveTargets(unsigned& line) {
         line = type.line;
         for (auto const target : type.targets)
             collectSubclasses(classNumber(target), type.allowed);
+        std::sort(type.allowed.begin(), type.allowed.end());
     }
     for (auto& element : elements_)
         if (element.owned && !element.type->allowed.empty())

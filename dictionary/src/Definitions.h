@@ -99,6 +99,8 @@ private:
     void importClasses();
     void importElements();
     std::string_view keep(std::u16string const& name);
+    bool inheritsFrom(std::uint32_t classNumber, std::uint32_t ancestor) const;
+    unsigned depth(std::uint32_t classNumber) const;
     void collectSubclasses(std::uint32_t classNumber, std::vector<Key>& keys) const;
     void widenKnownReferences();
 

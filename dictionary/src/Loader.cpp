@@ -93,7 +93,8 @@ void readProperties(Words& words, MetaMetadata::PropertyMap& properties) {
         auto const equals = word.text.find('=');
         if (word.quoted || equals == 0 || equals == std::string_view::npos)
             refuse("unexpected " + quote(word.text));
-        properties.addProperty(Wide(word.text.substr(0, equals)), Wide(word.text.substr(equals + 1)));
+        properties.addProperty(Wide(word.text.substr(0, equals)),
+                               Wide(withoutQuotes(word.text.substr(equals + 1))));
     }
 }
 
@@ -153,7 +154,7 @@ Status readStatus(std::string_view text) {
 
 } // namespace
 
-Loader::Row const Loader::statements[] = {
+constinit Loader::Row const Loader::statements[] = {
     {"attribute", &Loader::readAttribute}, {"element", &Loader::readElement}, {"class", &Loader::readClass},
     {"value", &Loader::readValue},         {"type", &Loader::readType},       {"extend", &Loader::readExtend},
 };

@@ -3,19 +3,30 @@
 
 #include "MXF/Zelm/ByteCoders/Hexadecimal.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string_view>
 
 namespace MXF::ZelmDictionary {
 
-/// A word of a line. One in quotes may hold blanks and is given without its quotes.
+/// A word of a line. One in quotes may hold blanks and is given without its quotes; so may one that has a
+/// quoted part (`name="two words"`), which is given with them.
 struct Word {
     std::string_view text;
     bool quoted = false;
 
     explicit operator bool() const { return quoted || !text.empty(); }
 };
+
+/// A text without the quotes around it, if any.
+inline std::string_view withoutQuotes(std::string_view text) {
+    if (text.starts_with('"'))
+        text.remove_prefix(1);
+    if (text.ends_with('"'))
+        text.remove_suffix(1);
+    return text;
+}
 
 /// The words of one line from left to right.
 class Words {
@@ -28,7 +39,7 @@ public:
             return quoted();
         std::size_t end = 0;
         while (end < rest_.size() && !isBlank(rest_[end]))
-            ++end;
+            end = rest_[end] == '"' ? pastQuote(end + 1) : end + 1;
         return {take(end), false};
     }
 
@@ -44,13 +55,13 @@ private:
     /// Tabs and the carriage return before a line feed count as blanks, as do the other control characters.
     static bool isBlank(char character) { return static_cast<unsigned char>(character) <= ' '; }
 
-    Word quoted() {
-        rest_.remove_prefix(1);
-        auto const end = std::min(rest_.find('"'), rest_.size());
-        auto const text = rest_.substr(0, end);
-        take(std::min(end + 1, rest_.size()));
-        return {text, true};
+    /// The place after the next quote from `from` on, or the end of the line.
+    std::size_t pastQuote(std::size_t from) const {
+        auto const quote = rest_.find('"', from);
+        return quote == std::string_view::npos ? rest_.size() : quote + 1;
     }
+
+    Word quoted() { return {withoutQuotes(take(pastQuote(1))), true}; }
 
     std::string_view take(std::size_t count) {
         auto const text = rest_.substr(0, count);

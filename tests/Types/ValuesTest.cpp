@@ -330,7 +330,7 @@ TEST(Collection, IsReadAndWritten) {
     EXPECT_EQ(thrownBy([&] { array.at(1); }), "Trying to access a element beyond the end of data");
     EXPECT_THROW(array.add(UInt32(5)), Exceptions::InvalidType);
     EXPECT_THROW(array.at<UInt32>(0), Exceptions::InvalidType);
-    EXPECT_THROW(Array(Id::Batch), Exceptions::InvalidType);
+    EXPECT_THROW(Array{Id::Batch}, Exceptions::InvalidType);
     EXPECT_THROW(factory().createCollection(Id::UInt8, Id::UInt8), Exceptions::InvalidType);
 
     for (auto const* const empty : {"00 00 00 00 00 00 00 10", "00 00 00 00 00 00 00 00"}) { // both are seen

@@ -7,7 +7,9 @@ namespace Zelm {
 using namespace MXF::Zelm;
 
 SharedDictionary loadDictionary(std::vector<std::string> const& files) {
-    auto dictionary = MXF::ZelmDictionary::standard();
+    // Never destroyed: taking thousands of definitions apart would be a tenth of the program's time on most
+    // files.
+    static auto const& dictionary = *new SharedDictionary(MXF::ZelmDictionary::standard());
     for (auto const& file : files) {
         DataIO::File::FileDataSource source{std::string_view(file)};
         KLV::Value whole(source, source.size());

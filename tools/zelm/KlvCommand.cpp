@@ -52,10 +52,12 @@ public:
     void declare(CLI::App& parser) override {
         parser.add_option("FILE", file_, "The file")->required();
         parser.add_flag("--summary", summary_, "Count packets and bytes by key instead of listing them");
-        parser.add_option("--sort", order_, "Order of the summary: key or bytes (default key)")
-            ->transform(CLI::CheckedTransformer(std::map<std::string, SummaryOrder>{
-                {"key", SummaryOrder::Key}, {"bytes", SummaryOrder::Bytes}}))
-            ->type_name("ORDER")
+        parser.add_option("--sort", order_, "Order of the summary: by key, or by bytes, most first")
+            ->type_name("key|bytes")
+            ->default_str("key")
+            ->check([](std::string const& text) {
+                return text == "key" || text == "bytes" ? "" : "\"" + text + "\" is neither key nor bytes";
+            })
             ->needs("--summary");
         parser.add_option("--range", rangeText_, "Only packets with bytes at offsets from A to before B")
             ->type_name("A:B")
@@ -82,8 +84,9 @@ public:
 
 private:
     std::unique_ptr<KlvReport> makeReport(KeyNames const& names) const {
+        auto const order = order_ == "bytes" ? SummaryOrder::Bytes : SummaryOrder::Key;
         if (summary_)
-            return options_.json ? makeKlvJsonSummary(names, order_) : makeKlvTextSummary(names, order_);
+            return options_.json ? makeKlvJsonSummary(names, order) : makeKlvTextSummary(names, order);
         return options_.json ? makeKlvJsonList(names) : makeKlvTextList(names);
     }
 
@@ -138,7 +141,7 @@ private:
                 fail(*fault);
             if (gap && range_.touches(*gap))
                 report_->gap(*gap);
-            if (!found && !gap)
+            if (!gap && (fault || !found))
                 return;
             progress.at(walk.offset());
         }
@@ -146,7 +149,7 @@ private:
 
     std::string file_;
     bool summary_ = false;
-    SummaryOrder order_ = SummaryOrder::Key;
+    std::string order_;
     std::string rangeText_;
     Range range_;
     bool resync_ = false;

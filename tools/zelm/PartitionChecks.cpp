@@ -38,7 +38,10 @@ void PartitionChecks::run() {
         checkOffsets(i);
         checkFooterOffset(partition);
         checkStatus(partition);
-        checkAreas(partition);
+        if (checkAreas(partition))
+            checkBody(partition);
+        else
+            miscounted_.insert(&partition);
     }
     checkBodyOffsets();
     checkLabels();
@@ -113,22 +116,23 @@ std::optional<KLV::Key> PartitionChecks::keyAt(std::uint64_t offset) {
 }
 
 /// Stops at the first area that is wrong: those after it begin where it ends.
-void PartitionChecks::checkAreas(SurveyedPartition const& partition) {
+bool PartitionChecks::checkAreas(SurveyedPartition const& partition) {
     auto const& p = *partition.partition;
     std::uint64_t const headerStart = p.metadataAbsoluteOffset() + p.leadingFillLength();
     Area const header{
         "header_byte_count", "header metadata",    headerStart, p.partitionPack().headerByteCount(), isPrimer,
         isHeaderMetadata,    isMetadataSetOrPrimer};
     if (!checkArea(partition, header))
-        return;
+        return false;
     Area const index{"index_byte_count",           "index table",
                      p.indexTableAbsoluteOffset(), p.partitionPack().indexByteCount(),
                      KLV::isIndexTableKlvSegment,  isIndexTable,
                      KLV::isIndexTableKlvSegment};
+    if (!checkArea(partition, index))
+        return false;
     if (p.partitionPack().indexSID() == 0 && index.count != 0)
         disagree(partition, "index_sid", "IndexSID is 0, but there is an index table");
-    if (checkArea(partition, index))
-        checkBody(partition);
+    return true;
 }
 
 /// Walks the packets of an area: it has to begin with the right one, to hold no others, and to end, with a
@@ -205,7 +209,8 @@ void PartitionChecks::checkBodyOffsets() {
             auto const& [last, position] = found->second;
             std::uint64_t const body = std::min(last->partition->bodyAbsoluteOffset(), last->end);
             expected = position + (last->end - body);
-            if (said != expected && said == position + (std::max(contentEnd(*last), body) - body))
+            if (miscounted_.contains(last) ||
+                (said != expected && said == position + (std::max(contentEnd(*last), body) - body)))
                 expected = said;
         }
         if (said != expected)

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -46,7 +47,7 @@ private:
     void checkOffsets(std::size_t index);
     void checkFooterOffset(SurveyedPartition const& partition);
     void checkStatus(SurveyedPartition const& partition);
-    void checkAreas(SurveyedPartition const& partition);
+    bool checkAreas(SurveyedPartition const& partition);
     bool checkArea(SurveyedPartition const& partition, Area const& area);
     void checkBody(SurveyedPartition const& partition);
     void checkBodyOffsets();
@@ -64,6 +65,7 @@ private:
     PartitionSurvey const& survey_;
     std::vector<Disagreement> disagreements_;
     std::vector<std::string> notes_;
+    std::set<SurveyedPartition const*> miscounted_; // where the body begins is not known
 };
 
 } // namespace Zelm

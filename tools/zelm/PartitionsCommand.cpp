@@ -124,7 +124,8 @@ private:
     }
 
     void printPartitions() const {
-        Table table({{"offset", right},
+        Table table({{"no", right},
+                     {"offset", right},
                      {"kind"},
                      {"status"},
                      {"BodySID", right},
@@ -137,17 +138,19 @@ private:
                      {"footer", right},
                      {"KAG", right},
                      {"version"}});
+        std::size_t number = 0; // what zelm dump --partition calls it
         for (auto const& partition : survey_.partitions)
-            table.add(row(partition));
+            table.add(row(number++, partition));
         table.print(std::cout);
     }
 
-    std::vector<std::string> row(SurveyedPartition const& partition) const {
+    std::vector<std::string> row(std::size_t number, SurveyedPartition const& partition) const {
         auto const& pack = partition.pack();
         auto const cell = [&](const char* field, std::string text) {
             return marked(partition.offset(), field, std::move(text));
         };
-        return {marked(partition.offset(), "random_index_pack", hex(partition.offset())),
+        return {std::to_string(number),
+                marked(partition.offset(), "random_index_pack", hex(partition.offset())),
                 cell("kind", kindText(partition)),
                 cell("status", statusText(partition).value_or("-")),
                 cell("body_sid", std::to_string(pack.bodySID())),
@@ -191,7 +194,7 @@ public:
     void declare(CLI::App& parser) override {
         parser.add_option("FILE", file_, "The file")->required();
         parser.add_flag("--walk", walk_, "Go through all packets, whatever the random index pack says");
-        options_.declare(parser);
+        parser.add_flag("--json", json_, "Print one JSON object instead of text");
     }
 
     ExitStatus run() override {
@@ -199,7 +202,7 @@ public:
         auto const survey = PartitionSurveyor(input, walk_).survey();
         PartitionChecks checks(input, survey);
         checks.run();
-        if (options_.json)
+        if (json_)
             printJson(input, survey, checks);
         else
             TextReport(survey, checks).print();
@@ -231,7 +234,7 @@ private:
 
     std::string file_;
     bool walk_ = false;
-    ReportOptions options_;
+    bool json_ = false;
 };
 
 } // namespace

@@ -133,8 +133,17 @@ public:
     virtual void accept(Visitors::MetadataSetVisitor& visitor) const;
     virtual void accept(Visitors::NonConstMetadataSetVisitor& visitor);
 
-    /// Elements whose definition carries the property "RequiresSemanticsValidation" are appended to
-    /// `elements`.
+    /// The validation lists. Each appends the elements that keep header metadata from being closed or
+    /// complete, or that a closer look may find to do so; docs/architecture.md tells the rule of each.
+    void openElements(Templates::vector<Element*>& elements) const;
+    void incompleteElements(Templates::vector<Element*>& elements) const;
+    void possiblyOpenElements(Templates::vector<Element*>& elements) const;
+    void possiblyIncompleteElements(Templates::vector<Element*>& elements) const;
+
+    /// Elements that the class does not declare, although the dictionary knows them.
+    void possiblyForbiddenElements(Templates::vector<Element*>& elements) const;
+
+    /// Elements whose definition carries the property "RequiresSemanticsValidation".
     void getSemanticsValidationElements(Templates::vector<Element*>& elements) const;
 
 private:
@@ -144,6 +153,9 @@ private:
     /// The owner when it holds the set and is to be told of changes, else null.
     MetadataSetOwner* listeningOwner() const { return isHeld_ ? owner_ : nullptr; }
 
+    template <class Wanted>
+    void unknownValues(Wanted wanted, Templates::vector<Element*>& elements) const;
+    std::uint64_t valueLength(bool withInvalid) const;
     Elements::const_iterator lowerBound(Types::UniversalLabel const& label) const;
     void drop(Element const& element);
     void loadElement(KLV::Value& value, PartitionDictionary const& dictionary, std::uint64_t offset);

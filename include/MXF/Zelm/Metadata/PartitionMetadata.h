@@ -122,7 +122,12 @@ public:
     /// Bytes that `serialize` writes, the tags of all labels in use being in the primer.
     std::uint64_t serializedSize(bool withInvalid) const;
 
-    /// Elements of all sets whose definition carries the property "RequiresSemanticsValidation" are appended.
+    /// The validation lists of all sets, as MetadataSet has them.
+    void openElements(Templates::vector<Element*>& elements) const;
+    void incompleteElements(Templates::vector<Element*>& elements) const;
+    void possiblyOpenElements(Templates::vector<Element*>& elements) const;
+    void possiblyIncompleteElements(Templates::vector<Element*>& elements) const;
+    void possiblyForbiddenElements(Templates::vector<Element*>& elements) const;
     void getSemanticsValidationElements(Templates::vector<Element*>& elements) const;
 
     /// Attaches a listener; with `tellExisting` it is told of every set that is there as if just created.
@@ -150,6 +155,8 @@ public:
 
 private:
     struct Place;
+    void gather(void (MetadataSet::*list)(Templates::vector<Element*>&) const,
+                Templates::vector<Element*>& elements) const;
     template <class Call>
     void tell(Call call);
     KLV::Key keyForNewSet(KLV::Key key);

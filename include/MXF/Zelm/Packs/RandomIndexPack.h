@@ -34,8 +34,8 @@ public:
     RandomIndexPack& operator=(RandomIndexPack const& other);
     ~RandomIndexPack();
 
-    /// Enters a partition into both maps. In `offsetIndexedMap`, which is what is written, an offset keeps the
-    /// SID that it was first entered with.
+    /// Enters a partition into both maps. In `offsetIndexedMap`, which is what is written, an offset keeps
+    /// the SID that it was first entered with.
     void add(std::uint32_t bodySID, std::uint64_t byteOffset);
 
     /// The offsets of all partitions of a body SID.

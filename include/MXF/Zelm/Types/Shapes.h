@@ -15,11 +15,26 @@
 
 namespace MXF::Zelm::Types {
 
-/// A value of exactly N bytes, held inline.
-template <class Derived, Identifiers::Identifier Id, std::size_t N, class Base = SimpleDataType>
-class MXFZELM_EXPORT_TEMPLATE FixedSizeType : public Base {
+/// What every concrete simple type has in common: its identifier, its visits, its copies.
+template <class Derived, Identifiers::Identifier Id, class Base>
+class MXFZELM_EXPORT_TEMPLATE ConcreteType : public Base {
 public:
     static constexpr Identifiers::Identifier typeIdentifier = Id;
+
+    Identifiers::Identifier identifier() const override { return Id; }
+    void accept(Visitors::Visitor& visitor) const override {
+        visitor.visit(static_cast<Derived const&>(*this));
+    }
+    void accept(Visitors::NonConstVisitor& visitor) override { visitor.visit(static_cast<Derived&>(*this)); }
+    Templates::auto_ptr<SimpleDataType> clone() const override {
+        return Templates::auto_ptr<SimpleDataType>(new Derived(static_cast<Derived const&>(*this)));
+    }
+};
+
+/// A value of exactly N bytes, held inline.
+template <class Derived, Identifiers::Identifier Id, std::size_t N, class Base = SimpleDataType>
+class MXFZELM_EXPORT_TEMPLATE FixedSizeType : public ConcreteType<Derived, Id, Base> {
+public:
     static constexpr std::size_t wireSize = N;
 
     /// All bytes zero.
@@ -33,14 +48,6 @@ public:
     /// Reads exactly N bytes. Throws Exceptions::InvalidLength when fewer are left.
     explicit FixedSizeType(KLV::Value& value) { value.readValue(bytes_.data(), N); }
 
-    Identifiers::Identifier identifier() const override { return Id; }
-    void accept(Visitors::Visitor& visitor) const override {
-        visitor.visit(static_cast<Derived const&>(*this));
-    }
-    void accept(Visitors::NonConstVisitor& visitor) override { visitor.visit(static_cast<Derived&>(*this)); }
-    Templates::auto_ptr<SimpleDataType> clone() const override {
-        return Templates::auto_ptr<SimpleDataType>(new Derived(static_cast<Derived const&>(*this)));
-    }
     const unsigned char* rawBuffer() const override { return bytes_.data(); }
     std::size_t size() const override { return N; }
 
@@ -52,9 +59,8 @@ protected:
 
 /// A value of any number of bytes: everything that the item holds.
 template <class Derived, Identifiers::Identifier Id>
-class MXFZELM_EXPORT_TEMPLATE VariableSizeType : public SimpleDataType {
+class MXFZELM_EXPORT_TEMPLATE VariableSizeType : public ConcreteType<Derived, Id, SimpleDataType> {
 public:
-    static constexpr Identifiers::Identifier typeIdentifier = Id;
     static constexpr std::size_t wireSize = 0;
 
     /// No bytes.
@@ -65,14 +71,6 @@ public:
     /// Reads all that remains. Throws Exceptions::InvalidLength when the source ends before.
     explicit VariableSizeType(KLV::Value& value) : bytes_(value.readRemaining()) {}
 
-    Identifiers::Identifier identifier() const override { return Id; }
-    void accept(Visitors::Visitor& visitor) const override {
-        visitor.visit(static_cast<Derived const&>(*this));
-    }
-    void accept(Visitors::NonConstVisitor& visitor) override { visitor.visit(static_cast<Derived&>(*this)); }
-    Templates::auto_ptr<SimpleDataType> clone() const override {
-        return Templates::auto_ptr<SimpleDataType>(new Derived(static_cast<Derived const&>(*this)));
-    }
     const unsigned char* rawBuffer() const override { return bytes_.data(); }
     std::size_t size() const override { return bytes_.size(); }
 

@@ -3,6 +3,7 @@
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace MXF::Zelm::MetaMetadata {
 
@@ -68,6 +69,8 @@ void MetaReferenceHolder::addAllowedMetadataSet(KLV::Key const& key) {
 void MetaReferenceHolder::addAllowedMetadataSets(std::vector<KLV::Key> const& keys) {
     allowed_.reserve(allowed_.size() + keys.size());
     allowed_.insert(allowed_.end(), keys.begin(), keys.end());
+    if (std::adjacent_find(allowed_.begin(), allowed_.end(), std::greater_equal<>()) == allowed_.end())
+        return; // in order already, as they are when they come from another element of the same type
     std::sort(allowed_.begin(), allowed_.end());
     allowed_.erase(std::unique(allowed_.begin(), allowed_.end()), allowed_.end());
 }

@@ -15,6 +15,7 @@ namespace MXF::Zelm::Metadata {
 namespace {
 
 using MetaMetadata::UnknownAttribute;
+using Status = MetaMetadata::AttributeRequiredStatus::Status;
 
 constexpr unsigned char defaultBerLength = 4;
 
@@ -135,8 +136,8 @@ Templates::auto_ptr<Element> MetadataSet::readElement(std::vector<unsigned char>
     return unknown(UnknownAttribute::Reason::MalformedValue);
 }
 
-void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary const& dictionary,
-                            bool withInvalid) const {
+/// Bytes of the set's value when it is written.
+std::uint64_t MetadataSet::valueLength(bool withInvalid) const {
     int const lengthWidth = static_cast<int>(key_.lengthFieldLength());
     std::uint64_t length = 0;
     for (auto const& element : elements_)
@@ -144,6 +145,13 @@ void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary const& d
     if (withInvalid)
         for (auto const& element : invalid_)
             length += element->serializedSize(lengthWidth);
+    return length;
+}
+
+void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary const& dictionary,
+                            bool withInvalid) const {
+    int const lengthWidth = static_cast<int>(key_.lengthFieldLength());
+    std::uint64_t const length = valueLength(withInvalid);
 
     unsigned char const berLength = std::max(berLength_, ByteCoders::calculateBERSize(length));
     unsigned char field[ByteCoders::maximumBERSize];
@@ -158,13 +166,7 @@ void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary const& d
 }
 
 std::uint64_t MetadataSet::serializedSize(bool withInvalid) const {
-    int const lengthWidth = static_cast<int>(key_.lengthFieldLength());
-    std::uint64_t length = 0;
-    for (auto const& element : elements_)
-        length += element->serializedSize(lengthWidth);
-    if (withInvalid)
-        for (auto const& element : invalid_)
-            length += element->serializedSize(lengthWidth);
+    std::uint64_t const length = valueLength(withInvalid);
     return KLV::Key::size() + std::max(berLength_, ByteCoders::calculateBERSize(length)) + length;
 }
 
@@ -282,6 +284,46 @@ Templates::auto_ptr<MetadataSet> MetadataSet::clone(bool newInstanceUID, Metadat
 
 void MetadataSet::accept(Visitors::MetadataSetVisitor& visitor) const { visitor.visit(*this); }
 void MetadataSet::accept(Visitors::NonConstMetadataSetVisitor& visitor) { visitor.visit(*this); }
+
+/// Appends the elements that hold their distinguished value, which says "unknown", and whose required status
+/// is wanted.
+template <class Wanted>
+void MetadataSet::unknownValues(Wanted wanted, Templates::vector<Element*>& elements) const {
+    for (auto const& element : elements_) {
+        auto const* const attribute =
+            dynamic_cast<MetaMetadata::MetaAttribute const*>(element->metaAttribute().get());
+        if (attribute == nullptr || !wanted(attribute->requiredStatus()))
+            continue;
+        auto const* const distinguished = attribute->getDistinguishedValue();
+        if (distinguished != nullptr && element->baseValue() != nullptr &&
+            *distinguished == *element->baseValue())
+            elements.push_back(element.get());
+    }
+}
+
+void MetadataSet::openElements(Templates::vector<Element*>& elements) const {
+    unknownValues(
+        [](Status status) { return status == Status::Required || status == Status::EncoderRequired; },
+        elements);
+}
+
+void MetadataSet::incompleteElements(Templates::vector<Element*>& elements) const {
+    unknownValues([](Status status) { return status == Status::BestEffort; }, elements);
+}
+
+void MetadataSet::possiblyOpenElements(Templates::vector<Element*>& elements) const {
+    unknownValues([](Status status) { return status == Status::DecoderRequired; }, elements);
+}
+
+void MetadataSet::possiblyIncompleteElements(Templates::vector<Element*>& elements) const {
+    unknownValues([](Status status) { return status == Status::Optional; }, elements);
+}
+
+void MetadataSet::possiblyForbiddenElements(Templates::vector<Element*>& elements) const {
+    for (auto const& element : invalid_)
+        if (element->metaElement() != nullptr)
+            elements.push_back(element.get());
+}
 
 void MetadataSet::getSemanticsValidationElements(Templates::vector<Element*>& elements) const {
     for (auto const& element : elements_)

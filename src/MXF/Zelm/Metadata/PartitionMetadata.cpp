@@ -276,9 +276,34 @@ std::uint64_t PartitionMetadata::serializedSize(bool withInvalid) const {
     return size;
 }
 
-void PartitionMetadata::getSemanticsValidationElements(Templates::vector<Element*>& elements) const {
+void PartitionMetadata::gather(void (MetadataSet::*list)(Templates::vector<Element*>&) const,
+                               Templates::vector<Element*>& elements) const {
     for (auto const& [key, set] : sets_)
-        set->getSemanticsValidationElements(elements);
+        (set->*list)(elements);
+}
+
+void PartitionMetadata::openElements(Templates::vector<Element*>& elements) const {
+    gather(&MetadataSet::openElements, elements);
+}
+
+void PartitionMetadata::incompleteElements(Templates::vector<Element*>& elements) const {
+    gather(&MetadataSet::incompleteElements, elements);
+}
+
+void PartitionMetadata::possiblyOpenElements(Templates::vector<Element*>& elements) const {
+    gather(&MetadataSet::possiblyOpenElements, elements);
+}
+
+void PartitionMetadata::possiblyIncompleteElements(Templates::vector<Element*>& elements) const {
+    gather(&MetadataSet::possiblyIncompleteElements, elements);
+}
+
+void PartitionMetadata::possiblyForbiddenElements(Templates::vector<Element*>& elements) const {
+    gather(&MetadataSet::possiblyForbiddenElements, elements);
+}
+
+void PartitionMetadata::getSemanticsValidationElements(Templates::vector<Element*>& elements) const {
+    gather(&MetadataSet::getSemanticsValidationElements, elements);
 }
 
 void PartitionMetadata::addMetadataListener(ListenerPtr listener, bool tellExisting) {
