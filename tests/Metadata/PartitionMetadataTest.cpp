@@ -430,6 +430,15 @@ TEST(PartitionDictionary, ResolvesTagsAndLabels) {
     EXPECT_THROW(PartitionMetadata(nullptr), Exceptions::InvalidValue);
 }
 
+TEST(PartitionDictionary, WritesNoTagThatReadingRefuses) {
+    auto const metadata = emptyMetadata();
+    auto& dictionary = metadata->partitionDictionary();
+    dictionary.primer().add(LocalTag(0x1901), storage); // the static tag of the packages
+    EXPECT_EQ(dictionary.find(UniversalLabel(storage)), LocalTag(0x3B03));
+    EXPECT_EQ(dictionary.findOrGenerate(storage), LocalTag(0x3B03));
+    EXPECT_EQ(dictionary.find(LocalTag(0x3B03), false), UniversalLabel(storage));
+}
+
 TEST(PartitionDictionary, RunsOutOfDynamicTags) {
     auto const metadata = emptyMetadata();
     auto& dictionary = metadata->partitionDictionary();

@@ -56,6 +56,8 @@ public:
     void reserve(Types::LocalTag const& tag);
 
 private:
+    Types::LocalTag const* tagOf(Types::UniversalLabel const& label) const;
+
     DictionaryPtr dictionary_;
     Templates::auto_ptr<Packs::PrimerPack> primer_;
     std::set<Types::LocalTag> reserved_;

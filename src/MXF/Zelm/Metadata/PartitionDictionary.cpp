@@ -49,10 +49,20 @@ Types::UniversalLabel PartitionDictionary::find(Types::LocalTag const& tag, bool
     return *label;
 }
 
+/// The tag that stands for a label here, null when there is none. A primer may give the label a static tag
+/// that belongs to another one; nobody would understand it, so that the label's own static tag is better.
+Types::LocalTag const* PartitionDictionary::tagOf(Types::UniversalLabel const& label) const {
+    auto const* const inPrimer = primer_->findOfAnyVersion(label);
+    auto const* const standard = dictionary_->find(label);
+    Types::UniversalLabel const* resolved = nullptr;
+    if (inPrimer != nullptr && resolve(*inPrimer, resolved) == Resolution::Found)
+        return inPrimer;
+    bool const standardIsFree = standard != nullptr && primer_->find(*standard) == nullptr;
+    return standardIsFree ? standard : inPrimer;
+}
+
 Types::LocalTag PartitionDictionary::find(Types::UniversalLabel const& label) const {
-    auto const* tag = primer_->findOfAnyVersion(label);
-    if (tag == nullptr)
-        tag = dictionary_->find(label);
+    auto const* const tag = tagOf(label);
     if (tag == nullptr)
         throw Exceptions::NotFoundInPrimer("No LocalTag defined for this UniversalLabel");
     return *tag;
@@ -61,10 +71,9 @@ Types::LocalTag PartitionDictionary::find(Types::UniversalLabel const& label) co
 void PartitionDictionary::reserve(Types::LocalTag const& tag) { reserved_.insert(tag); }
 
 Types::LocalTag PartitionDictionary::findOrGenerate(Types::UniversalLabel const& label) {
-    if (auto const* const tag = primer_->findOfAnyVersion(label))
-        return *tag;
-    if (auto const* const tag = dictionary_->find(label); tag != nullptr && primer_->find(*tag) == nullptr) {
-        primer_->add(*tag, label);
+    if (auto const* const tag = tagOf(label)) {
+        if (primer_->findOfAnyVersion(label) == nullptr)
+            primer_->add(*tag, label);
         return *tag;
     }
     while (nextDynamic_ >= Types::LocalTag::firstDynamic) {
