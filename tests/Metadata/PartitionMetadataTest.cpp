@@ -430,13 +430,25 @@ TEST(PartitionDictionary, ResolvesTagsAndLabels) {
     EXPECT_THROW(PartitionMetadata(nullptr), Exceptions::InvalidValue);
 }
 
-TEST(PartitionDictionary, WritesNoTagThatReadingRefuses) {
+TEST(PartitionDictionary, WritesUnderNoTagThatItWouldNotReadBack) {
     auto const metadata = emptyMetadata();
     auto& dictionary = metadata->partitionDictionary();
-    dictionary.primer().add(LocalTag(0x1901), storage); // the static tag of the packages
-    EXPECT_EQ(dictionary.find(UniversalLabel(storage)), LocalTag(0x3B03));
-    EXPECT_EQ(dictionary.findOrGenerate(storage), LocalTag(0x3B03));
-    EXPECT_EQ(dictionary.find(LocalTag(0x3B03), false), UniversalLabel(storage));
+    dictionary.primer().remove(title);
+    dictionary.primer().remove(next);
+    dictionary.primer().add(LocalTag(0x1901), instanceUID); // redefine static tags
+    dictionary.primer().add(LocalTag(0x3B03), title);
+    dictionary.primer().add(LocalTag(0x0000), next);
+    Bytes const set = klv(thingKey, uidItem(1) + item(0x3B03, hex("0041")));
+    load(*metadata, set);
+    Bytes const all = written(dictionary.primer()) + set;
+    EXPECT_TRUE(sameBytes(written(*metadata, true, SerializationOrder::AsLoaded), all));
+    EXPECT_EQ(dictionary.find(UniversalLabel(instanceUID)), LocalTag(0x3C0A));
+    EXPECT_THROW(dictionary.find(UniversalLabel(title)), Exceptions::NotFoundInPrimer);
+    for (auto const& label : {title, next}) {
+        LocalTag const tag = dictionary.findOrGenerate(label);
+        EXPECT_TRUE(tag.isDynamic());
+        EXPECT_EQ(dictionary.find(tag, true), UniversalLabel(label));
+    }
 }
 
 TEST(PartitionDictionary, RunsOutOfDynamicTags) {

@@ -42,8 +42,8 @@ public:
     Types::UniversalLabel find(Types::LocalTag const& tag, bool strict) const;
 
     /// The local tag of a label, from the primer or the static tags. The version (byte 7) of the primer's
-    /// label may be another one. Throws Exceptions::NotFoundInPrimer with "No LocalTag defined for this
-    /// UniversalLabel".
+    /// label may be another one; a tag that `find` above would refuse is not used. Throws
+    /// Exceptions::NotFoundInPrimer with "No LocalTag defined for this UniversalLabel".
     Types::LocalTag find(Types::UniversalLabel const& label) const;
 
     /// The same; a label without a tag gets a dynamic one, and every tag that the primer lacks is entered
@@ -56,7 +56,8 @@ public:
     void reserve(Types::LocalTag const& tag);
 
 private:
-    Types::LocalTag const* tagOf(Types::UniversalLabel const& label) const;
+    bool standsFor(Types::LocalTag const& tag, Types::UniversalLabel const& label) const;
+    Types::LocalTag const* findUsable(Types::UniversalLabel const& label) const;
 
     DictionaryPtr dictionary_;
     Templates::auto_ptr<Packs::PrimerPack> primer_;

@@ -49,20 +49,22 @@ Types::UniversalLabel PartitionDictionary::find(Types::LocalTag const& tag, bool
     return *label;
 }
 
-/// The tag that stands for a label here, null when there is none. A primer may give the label a static tag
-/// that belongs to another one; nobody would understand it, so that the label's own static tag is better.
-Types::LocalTag const* PartitionDictionary::tagOf(Types::UniversalLabel const& label) const {
-    auto const* const inPrimer = primer_->findOfAnyVersion(label);
-    auto const* const standard = dictionary_->find(label);
-    Types::UniversalLabel const* resolved = nullptr;
-    if (inPrimer != nullptr && resolve(*inPrimer, resolved) == Resolution::Found)
-        return inPrimer;
-    bool const standardIsFree = standard != nullptr && primer_->find(*standard) == nullptr;
-    return standardIsFree ? standard : inPrimer;
+bool PartitionDictionary::standsFor(Types::LocalTag const& tag, Types::UniversalLabel const& label) const {
+    Types::UniversalLabel const* found = nullptr;
+    return resolve(tag, found) == Resolution::Found && Types::equalButForVersion(*found, label);
+}
+
+/// The tag that a label can be written with and read again; null when it has none. A primer may hold the
+/// label under a tag that is invalid or static and another label's.
+Types::LocalTag const* PartitionDictionary::findUsable(Types::UniversalLabel const& label) const {
+    for (auto const* const tag : {primer_->findOfAnyVersion(label), dictionary_->find(label)})
+        if (tag != nullptr && standsFor(*tag, label))
+            return tag;
+    return nullptr;
 }
 
 Types::LocalTag PartitionDictionary::find(Types::UniversalLabel const& label) const {
-    auto const* const tag = tagOf(label);
+    auto const* const tag = findUsable(label);
     if (tag == nullptr)
         throw Exceptions::NotFoundInPrimer("No LocalTag defined for this UniversalLabel");
     return *tag;
@@ -71,7 +73,8 @@ Types::LocalTag PartitionDictionary::find(Types::UniversalLabel const& label) co
 void PartitionDictionary::reserve(Types::LocalTag const& tag) { reserved_.insert(tag); }
 
 Types::LocalTag PartitionDictionary::findOrGenerate(Types::UniversalLabel const& label) {
-    if (auto const* const tag = tagOf(label)) {
+    if (auto const* const tag = findUsable(label)) {
+        // What a primer has under a tag of its own stays, as elements under that tag do.
         if (primer_->findOfAnyVersion(label) == nullptr)
             primer_->add(*tag, label);
         return *tag;
@@ -79,6 +82,7 @@ Types::LocalTag PartitionDictionary::findOrGenerate(Types::UniversalLabel const&
     while (nextDynamic_ >= Types::LocalTag::firstDynamic) {
         Types::LocalTag const tag(static_cast<std::uint16_t>(nextDynamic_--));
         if (primer_->find(tag) == nullptr && !reserved_.contains(tag)) {
+            primer_->remove(label); // from a tag that is of no use
             primer_->add(tag, label);
             return tag;
         }
