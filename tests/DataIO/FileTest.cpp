@@ -24,8 +24,8 @@ Bytes pattern(std::size_t size) {
 }
 
 Bytes take(DataIO::DataSource& source, std::uint64_t size) {
-    Bytes bytes(size);
-    bytes.resize(source.read(bytes.data(), size));
+    Bytes bytes(static_cast<std::size_t>(size));
+    bytes.resize(static_cast<std::size_t>(source.read(bytes.data(), size)));
     return bytes;
 }
 
@@ -150,7 +150,7 @@ TEST(FileDataSink, BuffersSeeksAndCuts) {
             std::uint64_t const size = random() % (std::uint64_t{1} << random() % 20);
             Bytes const piece = slice(bytes, random() % 1000, size);
             sink.write(piece.data(), piece.size());
-            expected.resize(std::max<std::size_t>(expected.size(), position + piece.size()));
+            expected.resize(std::max(expected.size(), static_cast<std::size_t>(position) + piece.size()));
             std::copy(piece.begin(), piece.end(), expected.begin() + static_cast<std::ptrdiff_t>(position));
             position += piece.size();
             if (random() % 4 == 0)

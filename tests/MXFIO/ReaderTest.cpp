@@ -219,7 +219,7 @@ TEST(Reader2, TakesAnUnfinishedFileAsItIs) {
     EXPECT_EQ(thisOf(file.lastPartition()), made.offsets[2]);
     EXPECT_EQ(file.footerPartition(), nullptr);
     // However the file is cut, the walk gives the partitions before the cut and no exception.
-    for (std::size_t size = made.offsets[1] + 3; size < made.bytes.size(); ++size) {
+    for (auto size = static_cast<std::size_t>(made.offsets[1]) + 3; size < made.bytes.size(); ++size) {
         Open cut(Bytes(made.bytes.begin(), made.bytes.begin() + static_cast<std::ptrdiff_t>(size)));
         auto const forwards = walk(cut, true);
         ASSERT_GE(forwards.size(), 1u) << size;
