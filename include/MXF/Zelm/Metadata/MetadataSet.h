@@ -94,6 +94,22 @@ public:
     /// when the class does not declare the label or the value does not suit.
     Element& value(Types::UniversalLabel const& label, Types::BaseType const& value);
 
+    /// Appends a member to the collection of values with this label, which is made when the set has none.
+    /// Throws as `value` does, Exceptions::InvalidElement when the label is not that of such a collection.
+    Element& add(Types::UniversalLabel const& label, Types::SimpleDataType const& member);
+
+    /// Makes the reference with this label, strong or weak as the class says, point to `target`. Throws as
+    /// `value` does, Exceptions::InvalidElement when the label is not that of one reference.
+    Element& reference(Types::UniversalLabel const& label, MetadataSet const& target);
+
+    /// Appends a reference to `target` to those with this label, which are made when the set has none. Throws
+    /// as `value` does, Exceptions::InvalidElement when the label is not that of a collection of references.
+    Element& addReference(Types::UniversalLabel const& label, MetadataSet const& target);
+
+    /// Takes the first reference to `target` out of those with this label; false when there is none. Throws
+    /// Exceptions::InvalidChange when too few would be left.
+    bool removeReference(Types::UniversalLabel const& label, MetadataSet const& target);
+
     /// Removes an element; false when the set has none. Throws Exceptions::BaseException with "… is required
     /// according to Schema" for one that is required.
     bool removeElement(Types::UniversalLabel const& label);
@@ -157,6 +173,9 @@ private:
     void unknownValues(Wanted wanted, Templates::vector<Element*>& elements) const;
     std::uint64_t valueLength(bool withInvalid) const;
     Elements::const_iterator lowerBound(Types::UniversalLabel const& label) const;
+    Element& insert(Templates::auto_ptr<Element> created);
+    template <class Change>
+    Element& changeElement(Types::UniversalLabel const& label, Change change);
     void drop(Element const& element);
     void loadElement(KLV::Value& value, PartitionDictionary const& dictionary, std::uint64_t offset);
     Templates::auto_ptr<Element> readElement(std::vector<unsigned char> const& bytes,

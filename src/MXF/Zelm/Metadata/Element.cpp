@@ -302,9 +302,14 @@ template <class Base>
 void BasicCollectionElement<Base>::add(Types::SimpleDataType const& member) {
     requireSubType(member);
     requireRoomFor(value_->count() + 1);
-    auto next = copyOf(*value_);
-    next->add(member);
-    exchange(std::move(next), value_->count(), nullptr, &member);
+    std::size_t const index = value_->count();
+    value_->add(member); // in place, so that filling a collection stays linear
+    this->announce(
+        [&](MetadataSetOwner& owner) {
+            owner.updatedElementCollection(this->metadataSet(), this->metaElement(), *this, *value_, index,
+                                           nullptr, &member);
+        },
+        [&] { value_->remove(index); });
 }
 
 template <class Base>

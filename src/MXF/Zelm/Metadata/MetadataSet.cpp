@@ -5,6 +5,7 @@
 #include "MXF/Zelm/DataIO/Memory/MemoryViewDataSource.h"
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/Metadata/Labels.h"
+#include "MXF/Zelm/Metadata/MetadataSetFactory.h"
 #include "MXF/Zelm/Metadata/PartitionDictionary.h"
 #include "MXF/Zelm/Platform/Text.h"
 
@@ -29,6 +30,16 @@ std::uint64_t readItemLength(KLV::Value& value, unsigned width) {
 std::u16string nameOf(MetaMetadata::PropertyMap const& definition) {
     auto const* const name = definition.findProperty(u"name");
     return name != nullptr ? *name : u"<unknown>";
+}
+
+/// The element as the kind that an operation is for.
+template <class Kind>
+Kind& as(Element& element) {
+    auto* const wanted = dynamic_cast<Kind*>(&element);
+    if (wanted == nullptr)
+        throw Exceptions::InvalidElement(u"Element '" + element.name() +
+                                         u"' does not hold what this operation is for");
+    return *wanted;
 }
 
 } // namespace
@@ -184,20 +195,10 @@ Element& MetadataSet::find(Types::UniversalLabel const& label) const {
     return *element;
 }
 
-Element& MetadataSet::value(Types::UniversalLabel const& label, Types::BaseType const& value) {
-    if (auto* const existing = findElement(label)) {
-        existing->baseValue(value);
-        return *existing;
-    }
-    auto attribute = definition_->findMetaAttribute(label);
-    if (!attribute)
-        throw Exceptions::InvalidElement(u"No element with this Universal Label was found: " +
-                                         label.toString());
-    auto created = ElementFactory::create(std::move(attribute), this);
-    created->baseValue(value);
+Element& MetadataSet::insert(Templates::auto_ptr<Element> created) {
     created->isHeld_ = true;
     Element& element = *created;
-    elements_.insert(lowerBound(label), std::move(created));
+    elements_.insert(lowerBound(element.metaElement()->universalLabel()), std::move(created));
     if (auto* const owner = listeningOwner()) {
         try {
             owner->addedElement(*this, element.metaElement(), element, *element.baseValue());
@@ -207,6 +208,52 @@ Element& MetadataSet::value(Types::UniversalLabel const& label, Types::BaseType 
         }
     }
     return element;
+}
+
+/// Runs `change(element)` on the element of a label, on a new one when the set has none.
+template <class Change>
+Element& MetadataSet::changeElement(Types::UniversalLabel const& label, Change change) {
+    if (auto* const existing = findElement(label)) {
+        change(*existing);
+        return *existing;
+    }
+    auto attribute = definition_->findMetaAttribute(label);
+    if (!attribute)
+        throw Exceptions::InvalidElement(u"No element with this Universal Label was found: " +
+                                         label.toString());
+    auto created = ElementFactory::create(std::move(attribute), this);
+    change(*created);
+    return insert(std::move(created));
+}
+
+Element& MetadataSet::value(Types::UniversalLabel const& label, Types::BaseType const& value) {
+    return changeElement(label, [&value](Element& element) { element.baseValue(value); });
+}
+
+Element& MetadataSet::add(Types::UniversalLabel const& label, Types::SimpleDataType const& member) {
+    return changeElement(label, [&member](Element& element) { as<CollectionElement>(element).add(member); });
+}
+
+Element& MetadataSet::reference(Types::UniversalLabel const& label, MetadataSet const& target) {
+    return changeElement(label,
+                         [&target](Element& element) { as<ReferenceElement>(element).reference(target); });
+}
+
+Element& MetadataSet::addReference(Types::UniversalLabel const& label, MetadataSet const& target) {
+    return changeElement(
+        label, [&target](Element& element) { as<CollectionReferenceElement>(element).addReference(target); });
+}
+
+bool MetadataSet::removeReference(Types::UniversalLabel const& label, MetadataSet const& target) {
+    auto* const references = dynamic_cast<CollectionReferenceElement*>(findElement(label));
+    if (references == nullptr || target.instanceUID() == nullptr)
+        return false;
+    auto const targets = references->targets();
+    auto const found = std::find(targets.begin(), targets.end(), *target.instanceUID());
+    if (found == targets.end())
+        return false;
+    references->remove(static_cast<std::size_t>(found - targets.begin()));
+    return true;
 }
 
 bool MetadataSet::removeElement(Types::UniversalLabel const& label) {
@@ -265,7 +312,7 @@ void MetadataSet::removedInvalidElement(Element* element) {
 Types::UUID const* MetadataSet::instanceUID() const { return value<Types::UUID>(instanceUIDLabel); }
 
 Templates::auto_ptr<MetadataSet> MetadataSet::clone(bool newInstanceUID, MetadataSetOwner* owner) const {
-    Templates::auto_ptr<MetadataSet> copy(new MetadataSet(key_, definition_, nullptr));
+    auto copy = MetadataSetFactory::instance().create(*definition_, nullptr);
     copy->berLength_ = berLength_;
     for (auto const& element : elements_)
         copy->elements_.push_back(element->copyFor(copy.get()));

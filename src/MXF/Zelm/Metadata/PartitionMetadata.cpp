@@ -3,6 +3,7 @@
 #include "MXF/Zelm/DataIO/Memory/MemoryViewDataSource.h"
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/Metadata/Labels.h"
+#include "MXF/Zelm/Metadata/MetadataSetFactory.h"
 #include "MXF/Zelm/Metadata/StrongReferenceWalk.h"
 #include "MXF/Zelm/Platform/Text.h"
 
@@ -56,7 +57,7 @@ MetadataSet* PartitionMetadata::load(KLV::Packet& packet) {
         addDarkMetadataSet(Templates::auto_ptr<DarkMetadataSet>(new DarkMetadataSet(packet)));
         return nullptr;
     }
-    Templates::auto_ptr<MetadataSet> set(new MetadataSet(packet.key(), definition, this));
+    auto set = MetadataSetFactory::instance().create(*definition, this);
     set->load(packet, *dictionary_);
     try {
         return &addMetadataSet(std::move(set));
@@ -91,7 +92,7 @@ MetadataSet& PartitionMetadata::createMetadataSet(KLV::Key const& wantedKey) {
     if (definition == nullptr)
         throw Exceptions::InvalidMetadataSet("A MetaMetadataSet with Key " + toText(key) +
                                              " was not found in the Dictionary.");
-    Templates::auto_ptr<MetadataSet> set(new MetadataSet(key, definition, this));
+    auto set = MetadataSetFactory::instance().create(*definition, this);
     set->value(instanceUIDLabel, Types::UUID::generate());
     return addMetadataSet(std::move(set));
 }
