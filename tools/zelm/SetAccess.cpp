@@ -7,12 +7,7 @@ namespace Zelm {
 using namespace MXF::Zelm;
 
 Metadata::Element const* findElement(Metadata::MetadataSet const& set, std::u16string_view name) {
-    for (auto const& element : set) {
-        auto const* const own = element->metaElement()->findProperty(u"name");
-        if (own != nullptr && *own == name)
-            return element.get();
-    }
-    return nullptr;
+    return set.findElement(name);
 }
 
 std::vector<Metadata::MetadataSet*> references(Metadata::MetadataSet const& set, std::u16string_view name) {

@@ -16,8 +16,7 @@ MXF::Zelm::Metadata::Element const* findElement(MXF::Zelm::Metadata::MetadataSet
 /// The value of the element called `name` as a `T`; null when the set has none of that type.
 template <class T>
 T const* property(MXF::Zelm::Metadata::MetadataSet const& set, std::u16string_view name) {
-    auto const* const element = findElement(set, name);
-    return element != nullptr ? MXF::Zelm::Types::valueCast<T>(element->baseValue()) : nullptr;
+    return set.value<T>(name);
 }
 
 /// The sets that the reference or references called `name` point to; dangling ones are left out.
