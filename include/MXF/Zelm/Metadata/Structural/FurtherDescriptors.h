@@ -5,8 +5,7 @@
 
 namespace MXF::Zelm::Metadata::Structural {
 
-/// Registers with MetadataSetFactory the classes that `initialize` leaves out: ANCPacketsDescriptor,
-/// VBIDataDescriptor, JPEG2000PictureSubDescriptor and UnknownChunkSet; and for each descriptor of
+/// Does what `initializeMappings` does and registers with MetadataSetFactory, for each descriptor of
 /// `dictionary` that is not registered, the nearest class that it inherits from. An IAB essence descriptor is
 /// then a GenericSoundEssenceDescriptor, an AVC sub-descriptor a SubDescriptor, a station's own picture
 /// descriptor a GenericPictureEssenceDescriptor; each keeps its own key and definition.
