@@ -10,6 +10,7 @@
 #include "MXF/Zelm/Metadata/Element.h"
 #include "MXF/Zelm/Metadata/MetadataSetOwner.h"
 
+#include <string_view>
 #include <vector>
 
 namespace MXF::Zelm::Metadata {
@@ -89,6 +90,22 @@ public:
         auto const* const element = findElement(label);
         return element != nullptr ? Types::valueCast<T>(element->baseValue()) : nullptr;
     }
+
+    /// The element of a property by its name in the registers or in SMPTE 377M (the properties "name" and
+    /// "name377" of its definition), null when the set has none. For sets without a C++ class of their own:
+    /// `set.value<Types::UInt8>(u"AVCLevel")`. Looks at each element in turn.
+    Element* findElement(std::u16string_view name) const;
+
+    /// The value of the property with that name as a `T`, null when the set has none of that type.
+    template <class T>
+    T const* value(std::u16string_view name) const {
+        auto const* const element = findElement(name);
+        return element != nullptr ? Types::valueCast<T>(element->baseValue()) : nullptr;
+    }
+
+    /// The label of the property with that name, which the set need not have: with it a property is set, and
+    /// references are followed. Throws Exceptions::InvalidElement when the class declares none.
+    Types::UniversalLabel const& labelOf(std::u16string_view name) const;
 
     /// Sets the value of an element, which is made when the set has none. Throws Exceptions::BaseException
     /// when the class does not declare the label or the value does not suit.

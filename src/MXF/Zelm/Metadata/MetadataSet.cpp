@@ -32,6 +32,15 @@ std::u16string nameOf(MetaMetadata::PropertyMap const& definition) {
     return name != nullptr ? *name : u"<unknown>";
 }
 
+/// True when this is what the registers or SMPTE 377M call the thing.
+bool isCalled(std::u16string_view name, MetaMetadata::PropertyMap const& definition) {
+    auto const is = [&](std::u16string_view property) {
+        auto const* const own = definition.findProperty(property);
+        return own != nullptr && *own == name;
+    };
+    return is(u"name") || is(u"name377");
+}
+
 /// The element as the kind that an operation is for.
 template <class Kind>
 Kind& as(Element& element) {
@@ -185,6 +194,23 @@ Element* MetadataSet::findElement(Types::UniversalLabel const& label) const {
     auto const place = lowerBound(label);
     return place != elements_.end() && (*place)->metaElement()->universalLabel() == label ? place->get()
                                                                                           : nullptr;
+}
+
+Element* MetadataSet::findElement(std::u16string_view name) const {
+    auto const found = std::find_if(elements_.begin(), elements_.end(), [&](auto const& element) {
+        return isCalled(name, *element->metaElement());
+    });
+    return found != elements_.end() ? found->get() : nullptr;
+}
+
+Types::UniversalLabel const& MetadataSet::labelOf(std::u16string_view name) const {
+    auto const found =
+        std::find_if(definition_->metaAttributesBegin(), definition_->metaAttributesEnd(),
+                     [&](auto const& attribute) { return isCalled(name, attribute->metaElement()); });
+    if (found == definition_->metaAttributesEnd())
+        throw Exceptions::InvalidElement(u"Sets of the class '" + this->name() + u"' have no property '" +
+                                         std::u16string(name) + u"'");
+    return (*found)->metaElement().universalLabel();
 }
 
 Element& MetadataSet::find(Types::UniversalLabel const& label) const {
