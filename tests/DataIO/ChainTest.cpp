@@ -71,7 +71,7 @@ TEST(MemoryBlockFactory, UsesBlocksAgainOnceNobodyRefersToThem) {
     std::vector<std::shared_ptr<Block>> kept;
     for (std::size_t i = 0; i < 2 * MemoryBlockFactory::mostBlocks; ++i)
         kept.push_back(factory.block(1));
-    EXPECT_EQ(factory.pooledBytes(), MemoryBlockFactory::mostBlocks);
+    EXPECT_EQ(factory.pooledBytes(), std::size_t{MemoryBlockFactory::mostBlocks});
 }
 
 TEST(Chain, IsTheSameHoweverItIsCut) {

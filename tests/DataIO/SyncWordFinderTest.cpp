@@ -57,7 +57,7 @@ TEST(SyncWordFinder, FindsWhatANaiveSearchFinds) {
 }
 
 TEST(SyncWordFinder, GoesOnAndBeginsAnew) {
-    SyncWordFinder finder(SyncWordFinder::startCodePrefix, 1000);
+    SyncWordFinder finder(DataIO::startCodePrefix, 1000);
     EXPECT_FALSE(finder.next());
     finder.push(cut(hex("47 00 00"), 1, 0));
     EXPECT_FALSE(finder.next());

@@ -31,7 +31,7 @@ public:
     bool endOfStream() const override { return position_ == chain_.size(); }
     std::uint64_t remaining() const override { return chain_.size() - position_; }
     std::uint64_t read(unsigned char* buffer, std::uint64_t size) override;
-    std::uint64_t skip(std::uint64_t size) override;
+    std::uint64_t skip(std::uint64_t size) override { return advance(size); }
     void discard() override { skip(remaining()); }
     std::uint64_t seek(std::uint64_t position) override;
 
@@ -40,6 +40,12 @@ public:
 
     /// Copies up to `size` bytes without moving on, and returns how many.
     std::uint64_t peek(unsigned char* buffer, std::uint64_t size) const;
+
+    /// The next `size` bytes where they stand in memory; null when they do not stand side by side, or are not
+    /// there. Valid as long as the reader.
+    const unsigned char* adjacent(std::uint64_t size) const {
+        return size != 0 && size <= restOfSlice() ? chain_.slices()[slice_].data() + within_ : nullptr;
+    }
 
     void readExactly(unsigned char* buffer, std::uint64_t size);
     void skipExactly(std::uint64_t size);
@@ -62,6 +68,8 @@ public:
     template <class Integer, std::size_t bytes = sizeof(Integer)>
     Integer peekInteger() const {
         static_assert(bytes >= 1 && bytes <= sizeof(Integer));
+        if (auto const* const place = adjacent(bytes); place != nullptr && bytes == sizeof(Integer))
+            return ByteCoders::decodeInteger<Integer>(place);
         unsigned char buffer[sizeof(Integer)] = {};
         requireBytes(bytes);
         peek(buffer + sizeof(Integer) - bytes, bytes);
@@ -70,7 +78,19 @@ public:
 
 private:
     void requireBytes(std::uint64_t size) const;
-    std::uint64_t advance(std::uint64_t size);
+    std::size_t restOfSlice() const {
+        return slice_ < chain_.slices().size() ? chain_.slices()[slice_].size() - within_ : 0;
+    }
+
+    /// Moves on by up to `size` bytes and returns by how many.
+    std::uint64_t advance(std::uint64_t size) {
+        if (size >= restOfSlice())
+            return advanceFar(size);
+        within_ += static_cast<std::size_t>(size);
+        position_ += size;
+        return size;
+    }
+    std::uint64_t advanceFar(std::uint64_t size);
 
     template <class Use>
     std::uint64_t forPieces(std::uint64_t size, Use use) const;

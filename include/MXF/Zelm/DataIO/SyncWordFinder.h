@@ -9,12 +9,15 @@
 
 namespace MXF::Zelm::DataIO {
 
+/// What stands before every start code of MPEG video and systems (ISO/IEC 13818).
+inline constexpr unsigned char startCodePrefix[3] = {0, 0, 1};
+
 /// Finds every place where a sync word of 1 to 8 bytes stands in a stream, also where slices cut it: the
 /// start code prefix 00 00 01 of MPEG, the sync words of audio streams. The stream comes in as slices of any
 /// size; the finder holds them until they are searched and remembers no more than a sync word of what went
 /// before.
 ///
-///     SyncWordFinder finder(SyncWordFinder::startCodePrefix);
+///     SyncWordFinder finder(startCodePrefix);
 ///     while (source.read(size, piece) …) {
 ///         finder.push(piece);
 ///         while (auto const position = finder.next()) …
@@ -23,7 +26,6 @@ namespace MXF::Zelm::DataIO {
 /// Occurrences that overlap are all found, in rising order. Sync words stand at whole bytes.
 class MXFZELM_EXPORT SyncWordFinder : public Platform::Allocated {
 public:
-    static constexpr unsigned char startCodePrefix[3] = {0, 0, 1};
     static constexpr std::size_t longestWord = 8;
 
     /// Throws Exceptions::InvalidValue for a word that is empty or longer than 8 bytes. `position` is where

@@ -28,6 +28,8 @@ std::uint64_t BitSliceReader::peek(unsigned bits) const {
                                        std::to_string(largestRead));
     if (bits == 0)
         return 0;
+    if (auto const* const bytes = bytes_.adjacent(8); bytes != nullptr && bit_ + bits <= largestRead)
+        return ByteCoders::decodeInteger<std::uint64_t>(bytes) << bit_ >> (largestRead - bits);
     unsigned char bytes[9] = {}; // 64 bits touch as many
     bytes_.peek(bytes, (bit_ + bits + 7) / 8);
     auto value = ByteCoders::decodeInteger<std::uint64_t>(bytes);

@@ -29,12 +29,11 @@ std::uint64_t SliceReader::forPieces(std::uint64_t size, Use use) const {
     return size;
 }
 
-/// Moves on by up to `size` bytes and returns by how many.
-std::uint64_t SliceReader::advance(std::uint64_t size) {
+std::uint64_t SliceReader::advanceFar(std::uint64_t size) {
     size = std::min(size, remaining());
     position_ += size;
     for (std::uint64_t left = size; left != 0;) {
-        std::size_t const rest = chain_.slices()[slice_].size() - within_;
+        std::size_t const rest = restOfSlice();
         if (left < rest) {
             within_ += static_cast<std::size_t>(left);
             break;
@@ -68,8 +67,6 @@ std::uint64_t SliceReader::read(std::uint64_t size, Chain& chain) {
         chain.append(slice.part(from, count));
     }));
 }
-
-std::uint64_t SliceReader::skip(std::uint64_t size) { return advance(size); }
 
 std::uint64_t SliceReader::seek(std::uint64_t position) {
     if (position < position_)
