@@ -114,7 +114,8 @@ TEST(FileSliceSource, JumpsAndFollowsAFileThatGrowsAndShrinks) {
     TemporaryFolder const folder;
     std::string const name = folder.file("a.bin");
     Bytes const bytes = pattern(3'000'000);
-    writeFile(name, slice(bytes, 0, 2'000'000));
+    Bytes const before = slice(bytes, 0, 2'000'000);
+    writeFile(name, before);
     FileSliceSource source(name);
     std::mt19937 random(6);
     for (int i = 0; i < 300; ++i) {
@@ -122,7 +123,7 @@ TEST(FileSliceSource, JumpsAndFollowsAFileThatGrowsAndShrinks) {
         ASSERT_EQ(source.seek(position), std::min<std::uint64_t>(position, 2'000'000));
         Chain chain;
         source.read(size, chain);
-        ASSERT_TRUE(sameBytes(bytesOf(chain), slice(slice(bytes, 0, 2'000'000), position, size)));
+        ASSERT_TRUE(sameBytes(bytesOf(chain), slice(before, position, size)));
     }
     source.seek(1'999'999);
     EXPECT_EQ(source.skip(10), 1u);
@@ -230,7 +231,7 @@ TEST(FileDataSink, WritesChainsBehindBufferedBytes) {
     sink.seek(10);
     sink.write(cut(bytes, 10'000, 1));
     EXPECT_EQ(sink.absoluteOffset(), 400'010u);
-    EXPECT_EQ(sink.size(), expected.size());
+    EXPECT_EQ(sink.size(), std::max<std::uint64_t>(expected.size(), 400'010));
 }
 
 #if !defined(_WIN32)

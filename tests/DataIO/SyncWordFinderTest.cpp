@@ -39,7 +39,7 @@ Positions pushed(DataIO::Chain const& chain, Bytes const& word, std::uint64_t st
 
 TEST(SyncWordFinder, FindsWhatANaiveSearchFinds) {
     std::mt19937 random(4);
-    for (int round = 0; round < 1500; ++round) {
+    for (int round = 0; round < 500; ++round) {
         // Few values, so that words, parts of them and overlaps abound.
         auto const values = 1 + random() % 3;
         Bytes bytes(random() % 700), word(1 + random() % 8);
