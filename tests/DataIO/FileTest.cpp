@@ -1,6 +1,7 @@
 #include "MXF/Zelm/DataIO/File/FileDataSink.h"
 #include "MXF/Zelm/DataIO/File/FileDataSource.h"
 
+#include "DataIO/Cuts.h"
 #include "MXF/Zelm/Platform/Text.h"
 #include "support/Files.h"
 
@@ -14,26 +15,10 @@ using Mode = FileDataSink::Mode;
 
 namespace {
 
-/// Bytes of which no two stretches are alike.
-Bytes pattern(std::size_t size) {
-    Bytes bytes(size);
-    std::uint32_t state = 1;
-    for (auto& byte : bytes)
-        byte = static_cast<unsigned char>((state = state * 1664525u + 1013904223u) >> 24);
-    return bytes;
-}
-
 Bytes take(DataIO::DataSource& source, std::uint64_t size) {
     Bytes bytes(static_cast<std::size_t>(size));
     bytes.resize(static_cast<std::size_t>(source.read(bytes.data(), size)));
     return bytes;
-}
-
-Bytes slice(Bytes const& bytes, std::uint64_t from, std::uint64_t size) {
-    auto const begin =
-        bytes.begin() + static_cast<std::ptrdiff_t>(std::min<std::uint64_t>(from, bytes.size()));
-    return {begin, begin + static_cast<std::ptrdiff_t>(
-                               std::min(size, static_cast<std::uint64_t>(bytes.end() - begin)))};
 }
 
 } // namespace
