@@ -8,6 +8,8 @@
 #include "support/IndexSegments.h"
 #include "support/MxfFile.h"
 
+#include <filesystem>
+#include <iterator>
 #include <map>
 
 namespace MXF::Zelm::Test {
@@ -344,6 +346,18 @@ TEST(Index, LeadsToTheBytesOfAnEditUnit) {
         }
         EXPECT_TRUE(sameBytes(found, essence(80, static_cast<unsigned char>(i + 1))));
     }
+}
+
+TEST(IndexSamples, AreWrittenAsTheyWereRead) {
+    std::string const name = std::string(MXFZELM_SAMPLES_DIR) + "/index-partition-only.bin";
+    if (!std::filesystem::exists(name))
+        GTEST_SKIP() << "no " << name;
+    OnePacket packet(readFile(name));
+    IndexTables::IndexTableSegment const segment(*packet, nullptr);
+    EXPECT_EQ(segment.indexEntryCount(), 96u);
+    EXPECT_EQ(segment.indexEntry(2).streamOffset(), 0xDBDEu);
+    Bytes const file = readFile(name), again = written(segment);
+    EXPECT_TRUE(sameBytes(again, {file.begin(), file.begin() + std::ssize(again)}));
 }
 
 TEST(IndexSamples, LeadToEssenceKeys) {
