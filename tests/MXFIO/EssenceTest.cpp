@@ -1,5 +1,7 @@
 /// Reading essence: edit units of containers, with and without an index, whole and cut off.
+#include "MXF/Zelm/DataIO/Memory/MemoryDataSource.h"
 #include "MXF/Zelm/MXFIO/EssenceReader.h"
+#include "MXF/Zelm/MXFIO/SequentialReader.h"
 #include "support/EssenceBody.h"
 #include "support/IndexSegments.h"
 
@@ -40,6 +42,19 @@ public:
 private:
     Bytes bytes_;
     std::uint64_t position_ = 0;
+};
+
+/// A source that cannot seek.
+class Pipe : public DataIO::DataSource {
+public:
+    explicit Pipe(Bytes bytes) : source_(std::move(bytes)) {}
+    std::uint64_t absoluteOffset() const override { return source_.absoluteOffset(); }
+    bool endOfStream() const override { return source_.endOfStream(); }
+    std::uint64_t read(unsigned char* buffer, std::uint64_t size) override { return source_.read(buffer, size); }
+    std::uint64_t skip(std::uint64_t size) override { return source_.skip(size); }
+
+private:
+    DataIO::Memory::MemoryDataSource source_;
 };
 
 struct File {
@@ -131,6 +146,10 @@ void readEverything(Bytes const& bytes) {
         file.essence.read(position, unit);
     file.essence.flags(1);
     file.essence.end();
+    Pipe pipe(bytes);
+    SequentialReader sequential(pipe, smallDictionary());
+    while (sequential.next(unit))
+        continue;
 }
 
 } // namespace
@@ -375,6 +394,28 @@ TEST(EssenceReader, GivesWhatThereIsOfAClip) {
         EXPECT_EQ(size, 20u);
     auto whole = open({});
     EXPECT_EQ(clipUnits(whole, value), Sizes());
+}
+
+TEST(SequentialReader, GivesTheSameFromAPipe) {
+    auto file = frameWrapped();
+    file.parts[0].metadata = smallMetadata();
+    file.parts[3].metadata = smallMetadata(2);
+    auto const made = makeFile(file.parts, {.runIn = repeated(100, 0)});
+    Pipe pipe(made.bytes);
+    SequentialReader reader(pipe, smallDictionary());
+    EXPECT_EQ(positions(file, [&](auto& unit) { return reader.next(unit); }), upTo(units));
+    EXPECT_NE(reader.metadata(), nullptr);
+    EXPECT_EQ(reader.partitionPack()->partitionKind(), PartitionPack::Footer);
+
+    std::uint64_t const body = made.offsets[3] + 100;
+    for (std::uint64_t cut = body; cut < made.offsets[4] + 100; cut += 13) {
+        Bytes const bytes(made.bytes.begin(), made.bytes.begin() + static_cast<std::ptrdiff_t>(cut));
+        Pipe cutPipe(bytes);
+        SequentialReader cutReader(cutPipe, smallDictionary());
+        File seekable(bytes);
+        auto const expected = positions(file, [&](auto& unit) { return seekable.essence.next(unit); });
+        EXPECT_EQ(positions(file, [&](auto& unit) { return cutReader.next(unit); }), expected) << cut;
+    }
 }
 
 TEST(EssenceReader, SurvivesAnyBytes) {

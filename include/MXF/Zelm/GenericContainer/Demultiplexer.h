@@ -6,7 +6,8 @@
 ///             use(demultiplexer.package());
 ///             demultiplexer.clear();
 ///         }
-///         demultiplexer.add(key, offset, headLength, length, data);
+///         if (auto* const element = demultiplexer.add(key, offset, headLength, length))
+///             source.read(length, element->data);
 ///     }
 ///     use(demultiplexer.package()); // the last one
 ///
@@ -63,10 +64,10 @@ public:
     }
 
     /// Takes the next packet. `offset` says where it begins, `headLength` how many bytes its key and length
-    /// have, `length` those of its value; `data` is its value, or empty. Fill items and packets that are not
-    /// essence count for the package's length alone, those before its first element for nothing.
-    void add(KLV::Key const& key, std::uint64_t offset, std::uint32_t headLength, std::uint64_t length,
-             DataIO::Chain data);
+    /// have, `length` those of its value. Returns the new element of `package()`, for its data to be put in,
+    /// valid until the next call. Fill items and packets that are not essence count for the package's length
+    /// alone, those before its first element for nothing; for them it returns null.
+    Element* add(KLV::Key const& key, std::uint64_t offset, std::uint32_t headLength, std::uint64_t length);
 
     /// What was taken since the last `clear`.
     ContentPackage const& package() const { return package_; }

@@ -11,43 +11,16 @@
 
 #include "MXF/Zelm/GenericContainer/Demultiplexer.h"
 #include "MXF/Zelm/MXFIO/EssenceContainer.h"
+#include "MXF/Zelm/MXFIO/EssenceUnit.h"
 #include "MXF/Zelm/MXFIO/Seeker.h"
 
 namespace MXF::Zelm::MXFIO {
 
 class ClipUnits;
 
-/// The essence of one edit unit: all tracks that are read.
-struct MXFZELM_EXPORT EssenceUnit {
-    std::uint32_t bodySID = 0;
-
-    /// In stored order, counted from the start of the container.
-    std::int64_t position = -1;
-
-    /// Where it begins in the container.
-    std::uint64_t streamOffset = 0;
-
-    /// Its elements, with their offsets in the source, and the offset and size of it all. Of essence that is
-    /// wrapped as a clip, an element here is a part of the clip's value, without a key and length of its own.
-    GenericContainer::ContentPackage package = {};
-};
-
 class MXFZELM_EXPORT EssenceReader : public Platform::Allocated {
 public:
-    struct MXFZELM_EXPORT Options {
-        /// The numbers of the tracks that are read; all elements when empty. Others are passed over.
-        Templates::vector<std::uint32_t> trackNumbers = {};
-
-        /// Edit units a second of sound that is wrapped as a clip, if it is to be cut in other edit units
-        /// than those of its track (often single samples). Not known: the track's.
-        Templates::Rational<int> editRate = {};
-
-        /// An element with more bytes comes without its data: `open` reads it.
-        std::uint64_t largestElement = std::uint64_t{256} << 20;
-
-        /// Where blocks come from; null for a pool of the reader's own.
-        Templates::SharedPtr<DataIO::BlockFactory> factory = nullptr;
-    };
+    using Options = EssenceOptions;
 
     /// `reader` is not owned and must outlive the essence reader, which moves its source.
     EssenceReader(Reader2& reader, EssenceContainer container, Options options);
@@ -68,7 +41,8 @@ public:
     GenericContainer::Wrapping wrapping();
 
     /// The next edit unit, and moves behind it. False at the end; of a file that is cut off, after the last
-    /// one that is whole. `unit` is overwritten. Throws as `BodyStream::peekPacket` does.
+    /// one that is whole. `unit` is overwritten. An element with more bytes than
+    /// `Options::largestElement` comes without its data: `open` reads it. Throws as `BodyStream::peekPacket` does.
     bool next(EssenceUnit& unit);
 
     /// The edit unit before the position, and moves before it. False at the start.
@@ -104,11 +78,10 @@ public:
     bool refresh();
 
 private:
-    bool isSelected(GenericContainer::ElementKey key) const;
     bool readFrame(std::int64_t position, EssenceUnit& unit);
     bool readPackage(std::int64_t position, std::uint64_t streamOffset, EssenceUnit& unit);
     void takePacket(PacketHead const& head);
-    DataIO::Chain takeData(std::uint64_t streamOffset, std::uint64_t length);
+    void takeData(std::uint64_t streamOffset, std::uint64_t length, DataIO::Chain& data);
     bool isPackageStart(std::uint64_t streamOffset);
     bool isWholeAtEnd();
     GenericContainer::PackageBoundary const& firstPackage();

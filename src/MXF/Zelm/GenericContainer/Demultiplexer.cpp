@@ -1,7 +1,5 @@
 #include "MXF/Zelm/GenericContainer/Demultiplexer.h"
 
-#include <utility>
-
 namespace MXF::Zelm::GenericContainer {
 
 Element const* ContentPackage::element(std::uint32_t trackNumber) const {
@@ -22,21 +20,25 @@ void ContentPackage::clear() {
     elements.clear();
 }
 
-void Demultiplexer::add(KLV::Key const& key, std::uint64_t offset, std::uint32_t headLength,
-                        std::uint64_t length, DataIO::Chain data) {
-    bool const content = ElementKey::isContent(key);
+Element* Demultiplexer::add(KLV::Key const& key, std::uint64_t offset, std::uint32_t headLength,
+                            std::uint64_t length) {
+    bool const isContent = ElementKey::isContent(key);
     if (boundary_.empty()) {
-        if (!content)
-            return;
+        if (!isContent)
+            return nullptr;
         package_.offset = offset;
     }
     package_.length += headLength + length;
-    if (!content)
-        return;
+    if (!isContent)
+        return nullptr;
     ElementKey const elementKey(key);
     boundary_.add(elementKey);
-    auto& list = elementKey.isSystem() ? package_.systemItems : package_.elements;
-    list.push_back({key, offset, headLength, length, std::move(data)});
+    Element& element = (elementKey.isSystem() ? package_.systemItems : package_.elements).emplace_back();
+    element.key = key;
+    element.offset = offset;
+    element.headLength = headLength;
+    element.length = length;
+    return &element;
 }
 
 void Demultiplexer::clear() {

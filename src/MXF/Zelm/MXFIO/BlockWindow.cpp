@@ -17,8 +17,9 @@ constexpr std::size_t largestBlock = std::size_t{256} << 10;
 /// Passing over no more than this counts as reading in sequence.
 constexpr std::uint64_t largestGap = std::uint64_t{8} << 10;
 
-/// What is read before a position that lies a little before the last one: reading goes backwards.
+/// What is read before and behind a position that lies a little before the last one: reading goes backwards.
 constexpr std::uint64_t backwards = std::uint64_t{48} << 10;
+constexpr std::uint64_t backwardsBehind = std::uint64_t{16} << 10;
 
 constexpr std::size_t poolSize = std::size_t{2} << 20;
 
@@ -65,7 +66,9 @@ bool BlockWindow::fill(std::uint64_t offset, std::uint64_t wanted) {
     }
     if (!moveTo(start + keep))
         return false;
-    std::size_t const size = nextSize(offset, wanted + (offset - start));
+    if (start != offset)
+        wanted = std::max(wanted, backwardsBehind) + (offset - start);
+    std::size_t const size = nextSize(offset, wanted);
     if (keep == 0) // its block may be used again
         window_ = DataIO::Slice();
     auto block = factory_->block(keep + size);

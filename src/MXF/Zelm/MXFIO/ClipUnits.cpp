@@ -134,12 +134,8 @@ std::optional<StreamRange> ClipUnits::indexed(std::int64_t position) const {
     std::uint64_t const offset = addOffsets(location->streamOffset, indexShift_);
     if (offset < valueOffset_ || offset >= end)
         return std::nullopt;
-    auto const next = index_->locate(position + 1);
-    bool const goesOn = next && next->streamOffset >= location->streamOffset;
-    if (!goesOn && isCut_)
-        return std::nullopt;
-    std::uint64_t const unitEnd = goesOn ? addOffsets(next->streamOffset, indexShift_) : end;
-    if (isCut_ && unitEnd > end)
+    std::uint64_t const unitEnd = location->length ? addOffsets(offset, *location->length) : end;
+    if (isCut_ && unitEnd >= end)
         return std::nullopt;
     return StreamRange{offset, std::min(unitEnd, end) - offset};
 }

@@ -26,6 +26,12 @@ EssenceReader::Options onlyTrack(EssenceTrack const& track) {
 
 } // namespace
 
+bool EssenceOptions::isSelected(ElementKey key) const {
+    return trackNumbers.empty() ||
+           std::any_of(trackNumbers.begin(), trackNumbers.end(),
+                       [&](std::uint32_t number) { return key.isSameElement(ElementKey(number)); });
+}
+
 EssenceReader::EssenceReader(Reader2& reader, EssenceContainer container, Options options)
     : reader_(reader),
       container_(std::move(container)),
@@ -40,12 +46,6 @@ EssenceReader::EssenceReader(Reader2& reader, FoundTrack const& track)
     : EssenceReader(reader, *track.container, onlyTrack(*track.track)) {}
 
 EssenceReader::~EssenceReader() = default;
-
-bool EssenceReader::isSelected(ElementKey key) const {
-    return options_.trackNumbers.empty() ||
-           std::any_of(options_.trackNumbers.begin(), options_.trackNumbers.end(),
-                       [&](std::uint32_t number) { return key.isSameElement(ElementKey(number)); });
-}
 
 bool EssenceReader::next(EssenceUnit& unit) {
     if (!read(position_, unit))
@@ -145,22 +145,19 @@ bool EssenceReader::readPackage(std::int64_t position, std::uint64_t streamOffse
 }
 
 void EssenceReader::takePacket(PacketHead const& head) {
-    DataIO::Chain data;
-    if (ElementKey::isContent(head.key) && isSelected(ElementKey(head.key)))
-        data = takeData(head.streamOffset + head.headLength, head.length);
-    demultiplexer_.add(head.key, head.fileOffset, head.headLength, head.length, std::move(data));
+    auto* const element = demultiplexer_.add(head.key, head.fileOffset, head.headLength, head.length);
+    if (element != nullptr && options_.isSelected(element->elementKey()))
+        takeData(head.streamOffset + head.headLength, head.length, element->data);
     stream_.seek(head.end());
 }
 
-DataIO::Chain EssenceReader::takeData(std::uint64_t streamOffset, std::uint64_t length) {
-    DataIO::Chain data;
+void EssenceReader::takeData(std::uint64_t streamOffset, std::uint64_t length, DataIO::Chain& data) {
     if (length > options_.largestElement)
-        return data;
+        return;
     stream_.seek(streamOffset);
     if (stream_.read(length, data) != length)
         throw Exceptions::at(stream_.fileOffset(streamOffset).value_or(0),
                              Exceptions::InvalidLength("The source ends amid an element"));
-    return data;
 }
 
 // How it is wrapped.
@@ -212,7 +209,7 @@ Templates::vector<ClipUnits> const& EssenceReader::clips() {
     stream_.seek(0);
     while (auto const head = stream_.nextCutPacket()) {
         ElementKey const key(head->key);
-        if (ElementKey::isContent(head->key) && !key.isSystem() && isSelected(key) && !isKnown(head->key))
+        if (ElementKey::isContent(head->key) && !key.isSystem() && options_.isSelected(key) && !isKnown(head->key))
             clips_.emplace_back(*head, stream_.length(), stream_.isOpenEnded(),
                                 container_.trackByNumber(key.trackNumber()), table, index, options_.editRate);
         if (clips_.size() == mostClips || head->length > stream_.length() - head->streamOffset)
@@ -230,7 +227,7 @@ bool EssenceReader::readClip(std::int64_t position, EssenceUnit& unit) {
             part.key = clip.element().key;
             part.offset = stream_.fileOffset(range->offset).value_or(0);
             part.length = range->length;
-            part.data = takeData(range->offset, range->length);
+            takeData(range->offset, range->length, part.data);
             if (unit.package.empty()) {
                 unit.streamOffset = range->offset;
                 unit.package.offset = part.offset;
