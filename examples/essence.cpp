@@ -66,7 +66,8 @@ public:
     }
 
 private:
-    std::map<std::pair<std::uint32_t, std::uint32_t>, std::pair<unsigned long long, unsigned long long>> tracks_;
+    std::map<std::pair<std::uint32_t, std::uint32_t>, std::pair<unsigned long long, unsigned long long>>
+        tracks_;
 };
 
 void list(MXFIO::EssenceUnit const& unit) {

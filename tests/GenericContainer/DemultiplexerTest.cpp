@@ -17,8 +17,8 @@ std::string grouped(std::vector<std::uint32_t> const& numbers) {
     std::uint64_t offset = 0;
     auto const take = [&] {
         auto const& package = demultiplexer.package();
-        all += std::to_string(package.systemItems.size()) + "+" + std::to_string(package.elements.size()) + ":" +
-               std::to_string(package.length) + " ";
+        all += std::to_string(package.systemItems.size()) + "+" + std::to_string(package.elements.size()) +
+               ":" + std::to_string(package.length) + " ";
         demultiplexer.clear();
     };
     for (auto const number : numbers) {
@@ -85,8 +85,8 @@ TEST(Wrapping, IsWhatTheLabelSays) {
     for (std::uint32_t const frame : {0x02010101, 0x02020101, 0x02046001, 0x02046007, 0x02056503, 0x02060100,
                                       0x02060300, 0x020C0100, 0x020C0600, 0x020D0000, 0x02106009, 0x021C0100})
         EXPECT_EQ(of(frame), Wrapping::Frame) << std::hex << frame;
-    for (std::uint32_t const clip :
-         {0x02020102, 0x02046002, 0x02050102, 0x02060200, 0x02060400, 0x020C0200, 0x02110200, 0x02130101, 0x021D0101})
+    for (std::uint32_t const clip : {0x02020102, 0x02046002, 0x02050102, 0x02060200, 0x02060400, 0x020C0200,
+                                     0x02110200, 0x02130101, 0x021D0101})
         EXPECT_EQ(of(clip), Wrapping::Clip) << std::hex << clip;
     for (std::uint32_t const unknown : {0x027F0100, 0x020460FF, 0x02FF0100, 0x03010000, 0x00000000})
         EXPECT_EQ(of(unknown), Wrapping::Unknown) << std::hex << unknown;

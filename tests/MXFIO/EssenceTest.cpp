@@ -50,7 +50,9 @@ public:
     explicit Pipe(Bytes bytes) : source_(std::move(bytes)) {}
     std::uint64_t absoluteOffset() const override { return source_.absoluteOffset(); }
     bool endOfStream() const override { return source_.endOfStream(); }
-    std::uint64_t read(unsigned char* buffer, std::uint64_t size) override { return source_.read(buffer, size); }
+    std::uint64_t read(unsigned char* buffer, std::uint64_t size) override {
+        return source_.read(buffer, size);
+    }
     std::uint64_t skip(std::uint64_t size) override { return source_.skip(size); }
 
 private:

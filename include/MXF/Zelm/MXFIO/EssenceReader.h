@@ -42,7 +42,8 @@ public:
 
     /// The next edit unit, and moves behind it. False at the end; of a file that is cut off, after the last
     /// one that is whole. `unit` is overwritten. An element with more bytes than
-    /// `Options::largestElement` comes without its data: `open` reads it. Throws as `BodyStream::peekPacket` does.
+    /// `Options::largestElement` comes without its data: `open` reads it. Throws as `BodyStream::peekPacket`
+    /// does.
     bool next(EssenceUnit& unit);
 
     /// The edit unit before the position, and moves before it. False at the start.

@@ -209,7 +209,8 @@ Templates::vector<ClipUnits> const& EssenceReader::clips() {
     stream_.seek(0);
     while (auto const head = stream_.nextCutPacket()) {
         ElementKey const key(head->key);
-        if (ElementKey::isContent(head->key) && !key.isSystem() && options_.isSelected(key) && !isKnown(head->key))
+        if (ElementKey::isContent(head->key) && !key.isSystem() && options_.isSelected(key) &&
+            !isKnown(head->key))
             clips_.emplace_back(*head, stream_.length(), stream_.isOpenEnded(),
                                 container_.trackByNumber(key.trackNumber()), table, index, options_.editRate);
         if (clips_.size() == mostClips || head->length > stream_.length() - head->streamOffset)

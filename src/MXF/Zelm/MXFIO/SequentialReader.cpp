@@ -67,7 +67,11 @@ struct SequentialReader::State {
     void endAmidElement(Body& body);
     void give(std::uint32_t sid, Body& body, EssenceUnit& unit);
     bool giveRest(EssenceUnit& unit);
-    std::vector<unsigned char> valueOf(PacketHead const& head);
+    struct Held;
+    Templates::auto_ptr<Held> hold(PacketHead const& head);
+    void takeFill(PacketHead const& head);
+    void beginMetadata(PacketHead const& head);
+    void takeSet(PacketHead const& head);
     EssenceTrack const* track(ElementKey key) const;
     EssenceContainer const* container() const;
     void passOver(PacketHead const& head) { at = addOffsets(at, addOffsets(head.headLength, head.length)); }
@@ -132,37 +136,59 @@ void SequentialReader::State::findHeader() {
     throw Exceptions::at(0, Exceptions::InvalidStructure("No header partition found"));
 }
 
-std::vector<unsigned char> SequentialReader::State::valueOf(PacketHead const& head) {
+/// A pack or set in memory.
+struct SequentialReader::State::Held {
+    DataIO::Memory::MemoryDataSource source;
+    KLV::Packet packet;
+
+    Held(PacketHead const& head, std::vector<unsigned char> value)
+        : source(std::move(value)),
+          packet(head.key, static_cast<unsigned char>(head.headLength - KLV::Key::size()), head.length,
+                 source, head.fileOffset) {}
+};
+
+/// Null for one that is not whole or too large.
+Templates::auto_ptr<SequentialReader::State::Held> SequentialReader::State::hold(PacketHead const& head) {
     DataIO::Chain value;
-    if (head.length > largestSet || window.append(head.fileOffset + head.headLength, head.length, value) != head.length)
-        return {};
+    if (head.length > largestSet ||
+        window.append(head.fileOffset + head.headLength, head.length, value) != head.length)
+        return nullptr;
     std::vector<unsigned char> bytes(static_cast<std::size_t>(head.length));
     value.copyTo(bytes.data(), bytes.size());
-    return bytes;
+    return std::make_unique<Held>(head, std::move(bytes));
 }
 
 /// Takes whatever is no essence: packs, sets, segments, fill.
 void SequentialReader::State::takeOther(PacketHead const& head) {
-    if (Packs::isPartitionPack(head.key)) {
+    if (Packs::isPartitionPack(head.key))
         enterPartition(head);
-    } else if (KLV::isFillItem(head.key)) {
-        if (auto const body = bodies.find(bodySID); body != bodies.end())
-            body->second.demultiplexer.add(head.key, head.fileOffset, head.headLength, head.length);
-    } else if (head.key == Packs::PrimerPack::key() || (loading && KLV::isLocalSet(head.key) &&
-                                                        !IndexTables::IndexTableSegment::isSegmentKey(head.key))) {
-        DataIO::Memory::MemoryDataSource source(valueOf(head));
-        auto const berLength = static_cast<unsigned char>(head.headLength - KLV::Key::size());
-        KLV::Packet packet(head.key, berLength, source.remaining(), source, head.fileOffset);
-        if (head.key == Packs::PrimerPack::key())
-            loading = std::make_shared<Metadata::PartitionMetadata>(
-                std::make_unique<Metadata::PartitionDictionary>(dictionary,
-                                                                std::make_unique<Packs::PrimerPack>(packet)));
-        else
-            loading->loadOrKeepDark(packet);
-    } else {
+    else if (KLV::isFillItem(head.key))
+        takeFill(head);
+    else if (head.key == Packs::PrimerPack::key())
+        beginMetadata(head);
+    else if (loading && KLV::isLocalSet(head.key) && !IndexTables::IndexTableSegment::isSegmentKey(head.key))
+        takeSet(head);
+    else
         endMetadata();
-    }
     passOver(head);
+}
+
+void SequentialReader::State::takeFill(PacketHead const& head) {
+    if (auto const body = bodies.find(bodySID); body != bodies.end())
+        body->second.demultiplexer.add(head.key, head.fileOffset, head.headLength, head.length);
+}
+
+void SequentialReader::State::beginMetadata(PacketHead const& head) {
+    endMetadata();
+    if (auto const primer = hold(head))
+        loading =
+            std::make_shared<Metadata::PartitionMetadata>(std::make_unique<Metadata::PartitionDictionary>(
+                dictionary, std::make_unique<Packs::PrimerPack>(primer->packet)));
+}
+
+void SequentialReader::State::takeSet(PacketHead const& head) {
+    if (auto const set = hold(head))
+        loading->loadOrKeepDark(set->packet);
 }
 
 void SequentialReader::State::endMetadata() {
@@ -178,16 +204,15 @@ void SequentialReader::State::enterPartition(PacketHead const& head) {
     if (auto const body = bodies.find(bodySID); body != bodies.end())
         body->second.isFollowed = true;
     bodySID = 0;
-    if (Packs::isGenericStreamPartitionPack(head.key))
+    auto const held = Packs::isGenericStreamPartitionPack(head.key) ? nullptr : hold(head);
+    if (held == nullptr)
         return;
-    DataIO::Memory::MemoryDataSource source(valueOf(head));
-    auto const berLength = static_cast<unsigned char>(head.headLength - KLV::Key::size());
-    KLV::Packet packet(head.key, berLength, source.remaining(), source, head.fileOffset);
-    pack.emplace(packet);
+    pack.emplace(held->packet);
     bodySID = pack->bodySID();
     if (bodySID == 0)
         return;
     Body& body = bodies[bodySID];
+    body.isFollowed = false;
     if (body.demultiplexer.boundary().empty())
         body.length = std::max(body.length, pack->bodyOffset());
 }
@@ -227,7 +252,8 @@ bool SequentialReader::State::takeContent(PacketHead const& head, EssenceUnit& u
     auto* const element = body.demultiplexer.add(head.key, head.fileOffset, head.headLength, head.length);
     std::uint64_t const value = head.fileOffset + head.headLength;
     bool const isRead = options.isSelected(key) && head.length <= options.largestElement;
-    if (isRead ? window.append(value, head.length, element->data) == head.length : isThere(value, head.length))
+    if (isRead ? window.append(value, head.length, element->data) == head.length
+               : isThere(value, head.length))
         passOver(head);
     else
         endAmidElement(body);
@@ -273,7 +299,8 @@ void SequentialReader::State::beginClip(PacketHead const& head) {
     ElementKey const key(head.key);
     Clip begun{head, {}, 0, 0};
     if (auto const* const known = track(key))
-        begun.grid = SampleGrid(known->samples, options.editRate.isKnown() ? options.editRate : known->editRate);
+        begun.grid =
+            SampleGrid(known->samples, options.editRate.isKnown() ? options.editRate : known->editRate);
     if (options.isSelected(key))
         clip = begun;
     passOver(head);
@@ -283,7 +310,8 @@ void SequentialReader::State::beginClip(PacketHead const& head) {
 bool SequentialReader::State::nextOfClip(EssenceUnit& unit) {
     PacketHead const& head = clip->element;
     std::uint64_t const left = head.length - clip->done;
-    std::uint64_t wanted = std::min(left, left <= options.largestElement && clip->done == 0 ? left : partSize);
+    std::uint64_t wanted =
+        std::min(left, left <= options.largestElement && clip->done == 0 ? left : partSize);
     if (clip->grid.isKnown())
         wanted = std::min(left, clip->grid.offset(clip->units + 1) - clip->grid.offset(clip->units));
     std::uint64_t const offset = head.fileOffset + head.headLength + clip->done;
