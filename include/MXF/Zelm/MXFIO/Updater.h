@@ -21,6 +21,7 @@
 ///   behind the partitions. Fill items between sets are joined to the fill behind the last set.
 #pragma once
 
+#include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/MXFIO/FileOperations.h"
 #include "MXF/Zelm/MXFIO/MetadataChange.h"
 #include "MXF/Zelm/MXFIO/Reader2.h"
