@@ -147,7 +147,7 @@ public:
     Metadata::PartitionMetadata& metadata() const;
 
     /// What went wrong while the partitions were looked for; empty in a sound file. `writeInPlace` works in
-    /// spite of it, `writeToFile` does not.
+    /// spite of it, `writeToFile` as long as no partition can have been missed.
     std::vector<Metadata::Fault> const& faults() const;
 
     /// What differs from the metadata as loaded.
@@ -178,7 +178,7 @@ public:
     /// Partitions are laid out anew where their metadata was rewritten; each area keeps its place on the KLV
     /// alignment grid of its partition. ThisPartition, PreviousPartition, FooterPartition (0 stays 0), byte
     /// counts and the random index pack are put right. Run-in, index tables, bodies and status of the
-    /// partitions are copied as they are.
+    /// partitions are copied as they are. A FooterPartition that leads to no footer becomes 0.
     ///
     /// Throws Exceptions::InvalidChange when the name is that of the file itself (by any path), when a file
     /// of that name exists and is not to be replaced, or when one has an undo record;

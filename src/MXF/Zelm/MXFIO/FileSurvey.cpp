@@ -25,23 +25,32 @@ FileSurveyor::FileSurveyor(Reader2& reader, Partition& chosen)
     survey_.fileSize = size_;
 }
 
-/// Runs `action`; a fault of the file that it meets is noted.
+/// Runs `action`; false when it meets a fault of the file, which is noted.
 template <class Action>
-void FileSurveyor::recording(Action action) {
+bool FileSurveyor::succeeds(Action action) {
     try {
         action();
+        return true;
     } catch (Exceptions::SystemError const&) {
         throw;
     } catch (Exceptions::BaseException const& failure) {
         survey_.faults.push_back(
             {failure.offset().value_or(reader_.source().absoluteOffset()), failure.message()});
+        return false;
     }
 }
 
+/// The same for what must succeed lest partitions be missed.
+template <class Action>
+void FileSurveyor::walking(Action action) {
+    if (!succeeds(action) && !survey_.walkFault)
+        survey_.walkFault = survey_.faults.back();
+}
+
 FileSurvey FileSurveyor::survey() {
-    recording([this] { reader_.loadRIP() ? followRandomIndex() : followChain(); });
-    recording([this] { fillGaps(); });
-    recording([this] {
+    succeeds([this] { reader_.loadRIP() ? followRandomIndex() : followChain(); });
+    walking([this] { fillGaps(); });
+    walking([this] {
         walk(found_.rbegin()->second->metadataAbsoluteOffset(),
              survey_.hasRandomIndex() ? survey_.randomIndexStart : size_);
     });
@@ -69,15 +78,15 @@ void FileSurveyor::followRandomIndex() {
     reader_.source().read(length, sizeof length);
     survey_.randomIndexStart = size_ - ByteCoders::decodeInteger<std::uint32_t>(length);
     survey_.randomIndexEnd = size_;
-    bool misleads = false;
-    for (auto const& [packOffset, bodySID] : reader_.rip()->offsetIndexedMap())
-        recording([&, offset = addOffsets(packOffset, reader_.runInLength())] {
-            Partition* const partition = partitionAt(offset);
-            misleads = misleads || partition == nullptr;
-            enter(partition);
-        });
-    if (misleads)
-        walk(found_.begin()->second->metadataAbsoluteOffset(), survey_.randomIndexStart);
+    bool isRight = true;
+    for (auto const& [packOffset, bodySID] : reader_.rip()->offsetIndexedMap()) {
+        Partition* partition = nullptr;
+        succeeds([&] { partition = partitionAt(addOffsets(packOffset, reader_.runInLength())); });
+        isRight = isRight && partition != nullptr;
+        enter(partition);
+    }
+    if (!isRight)
+        walking([this] { walk(found_.begin()->second->metadataAbsoluteOffset(), survey_.randomIndexStart); });
 }
 
 /// From the footer, where the header names one, from partition to partition backwards.

@@ -29,6 +29,10 @@ struct FileSurvey {
     std::uint64_t fileSize = 0;
     std::vector<Metadata::Fault> faults;
 
+    /// The first fault that may hide partitions. Others (a footer that is not where it should be) are made up
+    /// for by walking.
+    std::optional<Metadata::Fault> walkFault;
+
     bool hasRandomIndex() const { return randomIndexEnd != randomIndexStart; }
 };
 
@@ -52,7 +56,9 @@ private:
     void enter(Partition* partition);
     void placeEnds();
     template <class Action>
-    void recording(Action action);
+    bool succeeds(Action action);
+    template <class Action>
+    void walking(Action action);
 
     Reader2& reader_;
     std::uint64_t size_;

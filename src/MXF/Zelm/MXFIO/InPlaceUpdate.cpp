@@ -46,8 +46,10 @@ void InPlaceUpdate::fit(std::size_t index) {
             update.remark = "the partition pack takes " + std::to_string(head.bytes().size()) +
                             " bytes instead of " + std::to_string(head.oldSize());
     }
-    if (auto const* const area = content_.areaToRewrite(index); area && update.remark.empty())
-        update.remark = area->whyNot(content_.content().size());
+    if (auto const* const area = content_.areaToRewrite(index); area && update.remark.empty()) {
+        update.newMetadataBytes = area->fitted(content_.content()).size();
+        update.remark = area->whyNot(update.newMetadataBytes);
+    }
     bool const written = update.role != Role::Different && update.role != Role::Unread;
     update.fits = !written || update.remark.empty();
     if (!update.fits && update.role == Role::Copy) {
@@ -71,7 +73,7 @@ void InPlaceUpdate::patch(std::size_t index) {
     auto const* const area = content_.areaToRewrite(index);
     if (area == nullptr || update.role == Role::CopyLeft)
         return;
-    auto const image = area->image(content_.content(), content_.fillKey(index));
+    auto const image = area->image(area->fitted(content_.content()), content_.fillKey(index));
     addDifferences(area->offset(), readBytes(source, area->offset(), image.size()), image);
 }
 
@@ -104,7 +106,9 @@ void InPlaceUpdate::requireNoEssence() const {
 
 void InPlaceUpdate::requireFileAsLoaded() const {
     DataIO::File::FileDataSource now(content_.file().name());
-    bool same = now.size() == plan_.fileSize;
+    auto const& area = content_.file().area();
+    bool same = now.size() == plan_.fileSize &&
+                readBytes(now, area.offset(), area.content().size()) == area.content();
     for (auto const& patch : patches_)
         same = same && readBytes(now, patch.position, patch.before.size()) == patch.before;
     if (!same)

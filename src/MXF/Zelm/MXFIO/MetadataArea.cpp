@@ -4,6 +4,7 @@
 #include "MXF/Zelm/ByteCoders/BigEndian.h"
 #include "MXF/Zelm/ByteCoders/Hexadecimal.h"
 #include "MXF/Zelm/DataIO/Memory/MemoryDataSink.h"
+#include "MXF/Zelm/DataIO/Memory/MemoryViewDataSource.h"
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/KLV/Reader.h"
 #include "MXF/Zelm/Metadata/Labels.h"
@@ -61,6 +62,31 @@ std::vector<WrittenSet> writtenSets(PartitionMetadata const& metadata) {
     std::stable_sort(sets.begin(), sets.end(),
                      [](WrittenSet const& a, WrittenSet const& b) { return a.place < b.place; });
     return sets;
+}
+
+/// Where the packets of whole content begin.
+std::vector<std::size_t> packetsOf(Bytes const& content) {
+    DataIO::Memory::MemoryViewDataSource source(content.data(), content.size());
+    KLV::Reader reader(source);
+    std::vector<std::size_t> offsets;
+    while (!source.endOfStream()) {
+        std::uint64_t skipped = 0;
+        auto const packet = reader.nextKLV(skipped, 0);
+        offsets.push_back(static_cast<std::size_t>(packet->keyAbsoluteOffset()));
+        packet->value().discard();
+    }
+    return offsets;
+}
+
+/// Makes the length field of the packet at `offset` longer by up to `wanted` bytes; returns by how many.
+std::size_t widenLength(Bytes& content, std::size_t offset, std::size_t wanted) {
+    std::size_t const field = offset + KLV::Key::size();
+    unsigned char const size = ByteCoders::decodeBERSize(content[field]);
+    std::uint64_t const length = ByteCoders::decodeBER(content.data() + field, size);
+    auto const more = std::min<std::size_t>(wanted, ByteCoders::maximumBERSize - size);
+    content.insert(content.begin() + static_cast<std::ptrdiff_t>(field), more, 0);
+    ByteCoders::codeBER(length, static_cast<unsigned char>(size + more), content.data() + field);
+    return more;
 }
 
 } // namespace
@@ -208,14 +234,24 @@ std::string MetadataArea::whyNot(std::uint64_t contentSize) const {
     return {};
 }
 
-Bytes MetadataArea::image(Bytes const& content, KLV::Key const& fillKey) const {
-    if (auto const reason = whyNot(content.size()); !reason.empty())
+Bytes MetadataArea::fitted(Bytes content) const {
+    if (content.size() > size_ || canBeFilled(size_ - content.size()))
+        return content;
+    auto missing = static_cast<std::size_t>(size_ - content.size());
+    auto const packets = packetsOf(content);
+    for (auto packet = packets.rbegin(); packet != packets.rend() && missing > 0; ++packet)
+        missing -= widenLength(content, *packet, missing);
+    return content;
+}
+
+Bytes MetadataArea::image(Bytes const& fitted, KLV::Key const& fillKey) const {
+    if (auto const reason = whyNot(fitted.size()); !reason.empty())
         throw Exceptions::InvalidChange(reason);
-    Bytes image = content;
-    if (content.size() == content_.size())
+    Bytes image = fitted;
+    if (fitted.size() == content_.size())
         return image;
-    if (content.size() < size_)
-        append(image, fillHeader(fillKey, size_ - content.size()));
+    if (fitted.size() < size_)
+        append(image, fillHeader(fillKey, size_ - fitted.size()));
     image.resize(std::max(image.size(), static_cast<std::size_t>(meaningSize_)));
     return image;
 }

@@ -56,10 +56,14 @@ public:
     /// Gives every label in use a local tag.
     Bytes contentFor(Metadata::PartitionMetadata& edited, Metadata::PartitionMetadata const& original) const;
 
-    /// What the area begins with when it holds `content`: that, the header of the fill behind it, and zeros
-    /// up to where the last old byte of meaning stood. The rest of the area is fill already. Throws
+    /// `content` as it is to stand here: where it would leave too few bytes for a fill item, the length
+    /// fields of its last packets are widened (up to nine bytes) to take them up.
+    Bytes fitted(Bytes content) const;
+
+    /// What the area begins with when it holds `fitted`: that, the header of the fill behind it, and zeros up
+    /// to where the last old byte of meaning stood. The rest of the area is fill already. Throws
     /// Exceptions::InvalidChange when the content does not fit.
-    Bytes image(Bytes const& content, KLV::Key const& fillKey) const;
+    Bytes image(Bytes const& fitted, KLV::Key const& fillKey) const;
 
     /// Why `contentSize` bytes do not fit here; empty when they do.
     std::string whyNot(std::uint64_t contentSize) const;

@@ -62,14 +62,13 @@ void NewFileLayout::requireSoundFile() const {
             throw Exceptions::at(partition.offset(),
                                  Exceptions::InvalidStructure("The file cannot be laid out anew: a partition "
                                                               "begins inside another one's pack"));
-    auto const& faults = content_.file().survey().faults;
-    if (faults.empty())
+    auto const& fault = content_.file().survey().walkFault;
+    if (!fault)
         return;
     Exceptions::InvalidStructure failure("The file cannot be laid out anew, since its partitions are not all "
                                          "known: " +
-                                         faults.front().message);
-    if (faults.front().offset)
-        failure.offset(*faults.front().offset);
+                                         fault->message);
+    failure.offset(*fault->offset);
     throw failure;
 }
 

@@ -8,8 +8,8 @@ namespace MXF::Zelm::MXFIO {
 /// `operations`, or those of the system when it is null.
 FileOperations* orSystem(FileOperations* operations);
 
-/// Removes a file that is no longer wanted. What the system says to that is of no interest: an error is on its
-/// way already.
+/// Removes a file that is no longer wanted. What the system says to that is of no interest: an error is on
+/// its way already.
 void removeQuietly(FileOperations& operations, std::string const& name) noexcept;
 
 } // namespace MXF::Zelm::MXFIO
