@@ -37,7 +37,8 @@ public:
         std::vector<unsigned char> bytes;
     };
 
-    /// The name of a file's record: ".zelm-undo" is appended. UTF-8.
+    /// The name of a file's record: ".zelm-undo" is appended. It stands beside the file itself, also when
+    /// `fileName` is a symbolic link. UTF-8.
     static std::string nameFor(std::string_view fileName);
 
     /// True when an edit of the file was begun and not ended: its record is there.

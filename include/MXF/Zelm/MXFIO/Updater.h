@@ -14,11 +14,15 @@
 ///   alone. So the header partition of an unfinished file whose footer was chosen keeps what it said while
 ///   the file was being written, unless it said the same.
 /// - **Packs.** When the operational pattern or the essence containers of the Preface were changed, they are
-///   changed in every partition pack that had the same as the Preface.
-/// - **Bytes that nobody understood** stay: dark sets, unknown properties, sets that were not changed (byte
-/// for
+///   changed in every partition pack that had the same as the Preface, but for partitions that keep metadata
+///   of their own.
+/// - **Bytes that nobody understood** stay: dark sets, unknown properties, sets that were not changed (to the
 ///   byte), duplicate entries of the primer, what stands behind the fields of a pack, bytes between and
 ///   behind the partitions. Fill items between sets are joined to the fill behind the last set.
+///
+/// "In place" means within the old HeaderByteCount. What is left there becomes one fill item. Where a few
+/// bytes are missing, or 1 to 16 are left, too few for a fill item, the length fields of the last sets are
+/// made shorter or longer.
 #pragma once
 
 #include "MXF/Zelm/Exceptions/Exceptions.h"
@@ -59,8 +63,8 @@ struct PartitionUpdate {
 
 /// What writing would do.
 struct UpdatePlan {
-    bool fitsInPlace = false;                ///< `writeInPlace` can do it
-    std::string reason;                      ///< why not; empty when it fits
+    bool fitsInPlace = false;                ///< `writeInPlace` can do it; false in plans of new files
+    std::string reason;                      ///< why it cannot; empty when it can
     std::vector<PartitionUpdate> partitions; ///< those that are known, in the order of the file
 
     /// The bytes that differ, ascending, without overlaps; runs of less than 16 equal bytes between them are
