@@ -14,11 +14,6 @@ using Types::Identifiers::Identifier;
 
 namespace {
 
-std::unique_ptr<PartitionMetadata> emptyMetadata(DictionaryPtr const& dictionary) {
-    return std::make_unique<PartitionMetadata>(
-        std::make_unique<PartitionDictionary>(dictionary, std::make_unique<Packs::PrimerPack>()));
-}
-
 /// Values of any type, each unlike the one before.
 class Values {
 public:
@@ -80,7 +75,7 @@ void expectEqual(MetadataSet const& found, MetadataSet const& expected) {
 
 TEST(StandardClasses, AreTheSameAfterWritingAndReadingAgain) {
     auto const dictionary = ZelmDictionary::standard();
-    auto const metadata = emptyMetadata(dictionary);
+    auto const metadata = metadataOver(dictionary);
     addAllClasses(*dictionary, *metadata);
     EXPECT_GT(metadata->size(), 300u);
     auto const again = loadAgain(written(*metadata, true, SerializationOrder::AsLoaded), dictionary);

@@ -32,6 +32,11 @@ void forEachMetadata(DictionaryPtr const& dictionary, MetadataAction const& acti
     }
 }
 
+std::unique_ptr<PartitionMetadata> metadataOver(DictionaryPtr const& dictionary) {
+    return std::make_unique<PartitionMetadata>(
+        std::make_unique<PartitionDictionary>(dictionary, std::make_unique<Packs::PrimerPack>()));
+}
+
 std::unique_ptr<PartitionMetadata> loadAgain(Bytes const& bytes, DictionaryPtr const& dictionary) {
     DataIO::Memory::MemoryViewDataSource source(bytes.data(), bytes.size());
     KLV::Reader reader(source);

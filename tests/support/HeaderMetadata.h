@@ -25,6 +25,9 @@ using MetadataAction =
 /// Calls `action` for each partition with metadata of each sample.
 void forEachMetadata(DictionaryPtr const& dictionary, MetadataAction const& action);
 
+/// Header metadata without any sets.
+std::unique_ptr<Metadata::PartitionMetadata> metadataOver(DictionaryPtr const& dictionary);
+
 /// The sets that stand in written header metadata: a primer pack, then sets.
 std::unique_ptr<Metadata::PartitionMetadata> loadAgain(Bytes const& bytes, DictionaryPtr const& dictionary);
 

@@ -81,10 +81,6 @@ MetadataSetFactory::Create nearestBase(MetaMetadataSet const& definition, Classe
 
 void registerFurtherDescriptors(MetaMetadata::Dictionary const& dictionary) {
     auto& factory = MetadataSetFactory::instance();
-    factory.registerMetadataSet<ANCPacketsDescriptor>();
-    factory.registerMetadataSet<VBIDataDescriptor>();
-    factory.registerMetadataSet<JPEG2000PictureSubDescriptor>();
-    factory.registerMetadataSet<UnknownChunkSet>();
     auto const classes = classesByName(dictionary);
     for (auto const& [name, definition] : classes)
         if (!factory.isRegistered(definition->key()))
