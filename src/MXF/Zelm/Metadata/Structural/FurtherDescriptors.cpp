@@ -3,6 +3,7 @@
 #include "MXF/Zelm/Metadata/MetadataSetFactory.h"
 #include "MXF/Zelm/Metadata/Structural/CDCIEssenceDescriptor.h"
 #include "MXF/Zelm/Metadata/Structural/DataDescriptors.h"
+#include "MXF/Zelm/Metadata/Structural/Initialize.h"
 #include "MXF/Zelm/Metadata/Structural/PhysicalDescriptors.h"
 #include "MXF/Zelm/Metadata/Structural/SoundDescriptors.h"
 #include "MXF/Zelm/Metadata/Structural/StructuralMetadataKeys.h"
@@ -81,6 +82,7 @@ MetadataSetFactory::Create nearestBase(MetaMetadataSet const& definition, Classe
 
 void registerFurtherDescriptors(MetaMetadata::Dictionary const& dictionary) {
     auto& factory = MetadataSetFactory::instance();
+    initializeMappings();
     auto const classes = classesByName(dictionary);
     for (auto const& [name, definition] : classes)
         if (!factory.isRegistered(definition->key()))
