@@ -1,5 +1,7 @@
 /// Each class of the standard dictionary: a set with a value for every property, written and read again.
 #include "MXF/Zelm/DataIO/Memory/MemoryViewDataSource.h"
+#include "MXF/Zelm/Metadata/Structural/FurtherDescriptors.h"
+#include "MXF/Zelm/Metadata/Structural/Initialize.h"
 #include "MXF/Zelm/Platform/Text.h"
 #include "MXF/Zelm/Types/BaseTypeFactory.h"
 #include "MXF/ZelmDictionary/Dictionary.h"
@@ -62,6 +64,7 @@ void addAllClasses(MetaMetadata::Dictionary const& dictionary, PartitionMetadata
 void expectEqual(MetadataSet const& found, MetadataSet const& expected) {
     SCOPED_TRACE(Platform::toUtf8(expected.name()));
     EXPECT_EQ(found.key(), expected.key());
+    EXPECT_EQ(typeid(found), typeid(expected));
     EXPECT_EQ(found.invalidSize(), 0u);
     EXPECT_EQ(found.size(), expected.metaMetadataSet()->metaAttributeCount());
     for (auto const& element : expected) {
@@ -75,6 +78,8 @@ void expectEqual(MetadataSet const& found, MetadataSet const& expected) {
 
 TEST(StandardClasses, AreTheSameAfterWritingAndReadingAgain) {
     auto const dictionary = ZelmDictionary::standard();
+    Structural::initialize();
+    Structural::registerFurtherDescriptors(*dictionary);
     auto const metadata = metadataOver(dictionary);
     addAllClasses(*dictionary, *metadata);
     EXPECT_GT(metadata->size(), 300u);
