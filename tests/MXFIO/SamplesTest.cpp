@@ -1,6 +1,5 @@
 /// The header metadata of files that independent programs made: loaded, written and loaded again. The files
-/// lie in
-/// ../shared/samples; without them the tests skip.
+/// lie in ../shared/samples; without them the tests skip.
 #include "MXF/Zelm/ByteCoders/Hexadecimal.h"
 #include "MXF/Zelm/DataIO/File/FileDataSource.h"
 #include "MXF/Zelm/DataIO/Memory/MemoryViewDataSource.h"

@@ -1,6 +1,6 @@
 /// The JSON of `zelm info`.
 #include "InfoReport.h"
-#include "Timecode.h"
+#include "TimeText.h"
 
 #include <MXF/Zelm/Platform/Text.h>
 

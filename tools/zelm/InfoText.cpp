@@ -1,7 +1,7 @@
 /// The text of `zelm info`: a line for each thing, the names of the things in a column of their own.
 #include "InfoReport.h"
 #include "Text.h"
-#include "Timecode.h"
+#include "TimeText.h"
 
 #include <MXF/Zelm/Platform/Text.h>
 

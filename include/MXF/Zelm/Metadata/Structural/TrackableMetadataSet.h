@@ -3,7 +3,9 @@
 #pragma once
 
 #include "MXF/Zelm/Metadata/MetadataSet.h"
+#include "MXF/Zelm/Templates/Containers.h"
 #include "MXF/Zelm/Types/UUID.h"
+#include "MXF/Zelm/Types/UniversalLabel.h"
 
 namespace MXF::Zelm::Metadata::Structural {
 
@@ -21,6 +23,17 @@ public:
     Types::UUID const* generationUID() const;
     void generationUID(Types::UUID const& generation);
     void resetGenerationUID();
+
+    /// The class of the set in the object model of AAF; most files leave it out. Optional.
+    Types::UniversalLabel const* objectClass() const;
+    void objectClass(Types::UniversalLabel const& label);
+    void resetObjectClass();
+
+    /// Private extensions of the set (sets of the class ApplicationPlugInObject, SMPTE 377-1). Optional.
+    Templates::vector<MetadataSet*> applicationPlugInObjects() const;
+    void addApplicationPlugInObject(MetadataSet const& object);
+    bool removeApplicationPlugInObject(MetadataSet const& object);
+    void resetApplicationPlugInObjects();
 
 protected:
     TrackableMetadataSet(KLV::Key const& key, MetaMetadata::MetaMetadataSet const* definition,
