@@ -98,8 +98,8 @@ void changeSomething(PartitionMetadata& metadata, unsigned number) {
         Bytes const friendly = hex("00000002 00000010");
         Bytes const own = uidItem(last);
         Bytes const target(own.begin() + 4, own.end());
-        load(metadata, klv(thingKey, own + item(0x8001, hex("0041")) +
-                                         item(0x8004, friendly + target + target)));
+        load(metadata,
+             klv(thingKey, own + item(0x8001, hex("0041")) + item(0x8004, friendly + target + target)));
         return;
     }
     unsigned char const other = digit(8);
