@@ -88,6 +88,7 @@ TEST(GenerationUIDWriter, SurvivesWhatIsRemoved) {
                  Exceptions::InvalidChange);
     header.refusing->set = &header.track; // refuses the stamp too
     EXPECT_THROW(header.writer->commit(), Exceptions::InvalidChange);
+    EXPECT_THROW(header.metadata->removeMetadataSet(*header.track.instanceUID()), Exceptions::InvalidChange);
     header.refusing->set = nullptr;
     header.metadata->removeMetadataSet(*header.sequence.instanceUID());
     header.metadata->removeMetadataSet(*header.identification.instanceUID());

@@ -179,6 +179,7 @@ private:
 
     void gather(void (MetadataSet::*list)(Templates::vector<Element*>&) const,
                 Templates::vector<Element*>& elements) const;
+    Templates::vector<ListenerPtr> listenersToTell() const;
     template <class Call, class Opposite>
     void tell(Call call, Opposite opposite);
     KLV::Key keyForNewSet(KLV::Key key);

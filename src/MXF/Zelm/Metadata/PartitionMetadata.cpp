@@ -49,12 +49,18 @@ PartitionMetadata::PartitionMetadata(Templates::auto_ptr<PartitionDictionary> di
 
 PartitionMetadata::~PartitionMetadata() = default;
 
+/// A copy: a listener may detach itself while it is told.
+Templates::vector<PartitionMetadata::ListenerPtr> PartitionMetadata::listenersToTell() const {
+    auto listeners = listeners_;
+    if (indexListener_)
+        listeners.push_back(indexListener_);
+    return listeners;
+}
+
 template <class Call, class Opposite>
 void PartitionMetadata::tell(Call call, Opposite opposite) {
     Setting const asChange(isUndoing_, false); // made by a listener that is told of an undoing
-    auto listeners = listeners_;               // a listener may detach itself
-    if (indexListener_)
-        listeners.push_back(indexListener_);
+    auto listeners = listenersToTell();
     for (std::size_t told = 0; told < listeners.size(); ++told) {
         try {
             call(*listeners[told]);
@@ -79,8 +85,8 @@ void PartitionMetadata::changeUndone() {
 }
 
 KLV::Key PartitionMetadata::keyForNewSet(KLV::Key key) {
-    tell([&key](PartitionMetadataListener& listener) { listener.metadataSetKey(key); },
-         [](PartitionMetadataListener&) {});
+    for (auto const& listener : listenersToTell())
+        listener->metadataSetKey(key);
     return key;
 }
 

@@ -51,7 +51,10 @@ void GenerationUIDWriterListener::metadataSetKey(KLV::Key&) {}
 
 void GenerationUIDWriterListener::createdMetadataSet(MetadataSet* set) {
     changed_.created(*set);
-    if (set == removedIdentification_ && set->owner()->isUndoing())
+    if (set->owner() == nullptr || !set->owner()->isUndoing())
+        return;
+    pending_.created(*set);
+    if (set == removedIdentification_)
         identification_ = std::exchange(removedIdentification_, nullptr);
 }
 
