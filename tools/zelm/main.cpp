@@ -27,6 +27,7 @@ constexpr CommandRow commandRows[] = {
      makePartitionsCommand},
     {"klv", "List the KLV packets of a file, or count them by key", makeKlvCommand},
     {"dump", "Show the header metadata as a tree, every property decoded", makeDumpCommand},
+    {"diff", "Compare two files: partitions, metadata by role, index tables, essence", makeDiffCommand},
 };
 
 /// Runs a command; the exceptions that a command does not report itself end here.
@@ -111,7 +112,7 @@ void ReportOptions::declare(CLI::App& parser) {
         .add_option("--dictionary", dictionaries,
                     "A file with further definitions of set classes; may be repeated")
         ->type_name("FILE")
-        ->expected(1);
+        ->allow_extra_args(false); // one after each option, which may come again
 }
 
 } // namespace Zelm
