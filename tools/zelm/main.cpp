@@ -28,6 +28,7 @@ constexpr CommandRow commandRows[] = {
     {"klv", "List the KLV packets of a file, or count them by key", makeKlvCommand},
     {"dump", "Show the header metadata as a tree, every property decoded", makeDumpCommand},
     {"diff", "Compare two files: partitions, metadata by role, index tables, essence", makeDiffCommand},
+    {"edit", "Change properties of the header metadata, in place or into a new file", makeEditCommand},
 };
 
 /// Runs a command; the exceptions that a command does not report itself end here.
