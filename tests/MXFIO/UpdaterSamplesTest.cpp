@@ -56,7 +56,8 @@ struct Kept {
                 std::min<std::uint64_t>(at->bodyAbsoluteOffset() - at->partitionPack().indexByteCount(), end);
             bodies.emplace_back(bytes.data() + start, bytes.data() + end);
             if (next == nullptr && reader.loadRIP()) // its offsets may change
-                bodies.back().resize(bodies.back().size() - reader.rip()->serializedSize());
+                bodies.back().resize(bodies.back().size() -
+                                     static_cast<std::size_t>(reader.rip()->serializedSize()));
             keys.push_back(at->partitionPack().key());
         }
         auto const& package = metadata->find(materialPackageKey);

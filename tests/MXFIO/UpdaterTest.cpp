@@ -85,7 +85,7 @@ TEST(Updater, FillsWhateverIsLeftOfTheRoom) {
     // From much room down to none and beyond: what is left is 0 to 16 bytes once, too few for a fill item.
     EditableFile file;
     bool fitted = true;
-    for (std::size_t length = 110; length < 130; ++length) {
+    for (std::size_t length = 118; length < 134; ++length) {
         file.reset();
         auto const updater = file.open();
         rename(*updater, length);

@@ -79,9 +79,9 @@ void FileSurveyor::followRandomIndex() {
     survey_.randomIndexStart = size_ - ByteCoders::decodeInteger<std::uint32_t>(length);
     survey_.randomIndexEnd = size_;
     bool isRight = true;
-    for (auto const& [packOffset, bodySID] : reader_.rip()->offsetIndexedMap()) {
+    for (auto const& entry : reader_.rip()->offsetIndexedMap()) {
         Partition* partition = nullptr;
-        succeeds([&] { partition = partitionAt(addOffsets(packOffset, reader_.runInLength())); });
+        succeeds([&] { partition = partitionAt(addOffsets(entry.first, reader_.runInLength())); });
         isRight = isRight && partition != nullptr;
         enter(partition);
     }

@@ -78,15 +78,22 @@ std::vector<std::size_t> packetsOf(Bytes const& content) {
     return offsets;
 }
 
-/// Makes the length field of the packet at `offset` longer by up to `wanted` bytes; returns by how many.
-std::size_t widenLength(Bytes& content, std::size_t offset, std::size_t wanted) {
-    std::size_t const field = offset + KLV::Key::size();
-    unsigned char const size = ByteCoders::decodeBERSize(content[field]);
-    std::uint64_t const length = ByteCoders::decodeBER(content.data() + field, size);
-    auto const more = std::min<std::size_t>(wanted, ByteCoders::maximumBERSize - size);
-    content.insert(content.begin() + static_cast<std::ptrdiff_t>(field), more, 0);
-    ByteCoders::codeBER(length, static_cast<unsigned char>(size + more), content.data() + field);
-    return more;
+/// Makes the length field of the packet at `offset` longer or shorter by up to `wanted` bytes, as far as its
+/// length allows; returns by how many.
+std::size_t resizeLength(Bytes& content, std::size_t offset, std::size_t wanted, bool longer) {
+    auto const field = content.begin() + static_cast<std::ptrdiff_t>(offset + KLV::Key::size());
+    unsigned char const size = ByteCoders::decodeBERSize(*field);
+    std::uint64_t const length = ByteCoders::decodeBER(&*field, size);
+    unsigned char const shortest = ByteCoders::calculateBERSize(length);
+    int const possible = longer ? static_cast<int>(ByteCoders::maximumBERSize) - size : size - shortest;
+    auto const by = std::min(wanted, static_cast<std::size_t>(std::max(possible, 0)));
+    if (longer)
+        content.insert(field, by, 0);
+    else
+        content.erase(field, field + static_cast<std::ptrdiff_t>(by));
+    ByteCoders::codeBER(length, static_cast<unsigned char>(longer ? size + by : size - by),
+                        content.data() + offset + KLV::Key::size());
+    return by;
 }
 
 } // namespace
@@ -234,14 +241,16 @@ std::string MetadataArea::whyNot(std::uint64_t contentSize) const {
     return {};
 }
 
-Bytes MetadataArea::fitted(Bytes content) const {
-    if (content.size() > size_ || canBeFilled(size_ - content.size()))
+Bytes MetadataArea::fitted(Bytes const& content) const {
+    bool const longer = content.size() <= size_;
+    auto missing = static_cast<std::size_t>(longer ? size_ - content.size() : content.size() - size_);
+    if (longer && canBeFilled(missing))
         return content;
-    auto missing = static_cast<std::size_t>(size_ - content.size());
+    Bytes fitted = content;
     auto const packets = packetsOf(content);
     for (auto packet = packets.rbegin(); packet != packets.rend() && missing > 0; ++packet)
-        missing -= widenLength(content, *packet, missing);
-    return content;
+        missing -= resizeLength(fitted, *packet, missing, longer);
+    return missing == 0 ? fitted : content;
 }
 
 Bytes MetadataArea::image(Bytes const& fitted, KLV::Key const& fillKey) const {

@@ -56,9 +56,10 @@ public:
     /// Gives every label in use a local tag.
     Bytes contentFor(Metadata::PartitionMetadata& edited, Metadata::PartitionMetadata const& original) const;
 
-    /// `content` as it is to stand here: where it would leave too few bytes for a fill item, the length
-    /// fields of its last packets are widened (up to nine bytes) to take them up.
-    Bytes fitted(Bytes content) const;
+    /// `content` as it is to stand here. Where it is a little too long, or would leave too few bytes for a
+    /// fill item, the length fields of its last packets are made shorter or longer, so that it takes up the
+    /// whole area (SMPTE 336M allows a length in more bytes than it needs, and usually there are four).
+    Bytes fitted(Bytes const& content) const;
 
     /// What the area begins with when it holds `fitted`: that, the header of the fill behind it, and zeros up
     /// to where the last old byte of meaning stood. The rest of the area is fill already. Throws
