@@ -171,6 +171,12 @@ TEST(Diff, ShowsPartitionsAndPacketsThatOneFileHasMore) {
     EXPECT_EQ(paths[1], "random index pack");
     EXPECT_EQ(paths[2].find("BodySID 1/060E2B34"), 0u) << found.json.dump(1);
     EXPECT_EQ(paths.size(), 3u) << found.json.dump(1);
+
+    std::vector<Part> parts{header, first, second, footer};
+    auto const before = makeFile(parts).bytes;
+    for (std::size_t i = 1; i < parts.size(); ++i)
+        parts[i].change = [](PartitionPack& pack) { pack.kagSize(512); };
+    EXPECT_EQ(diff(before, makeFile(parts).bytes).paths(), Paths{"partitions 1 to 3/KAGSize"});
 }
 
 TEST(Diff, SaysInOneLineWhetherFilesAreEqualAndRefusesWhatIsNone) {

@@ -150,13 +150,21 @@ private:
     std::uint64_t firstA_ = 0, firstB_ = 0, lastA_ = 0, lastB_ = 0;
 };
 
-void compareFields(DiffSide const& a, DiffSide const& b, Pairs const& pairs, DiffFindings& findings) {
-    for (auto const& [i, j] : pairs) {
-        auto const& packA = a.survey.partitions[i].pack();
-        auto const& packB = b.survey.partitions[j].pack();
-        for (auto const& field : fields)
-            findings.compare(DiffArea::Partitions, "partition " + std::to_string(i) + "/" + field.name,
-                             field.text(packA), field.text(packB));
+/// Tells a difference that several partitions in succession have in one line.
+void compareField(DiffSide const& a, DiffSide const& b, Field const& field, Pairs const& pairs,
+                  DiffFindings& findings) {
+    for (std::size_t first = 0, last = 0; first < pairs.size(); first = last) {
+        auto const texts = [&](std::size_t place) {
+            return std::pair(field.text(a.survey.partitions[pairs[place].first].pack()),
+                             field.text(b.survey.partitions[pairs[place].second].pack()));
+        };
+        auto const common = texts(first);
+        for (last = first + 1; last < pairs.size() && texts(last) == common;)
+            ++last;
+        std::string const where = last - first == 1 ? "partition " + std::to_string(pairs[first].first)
+                                                    : "partitions " + std::to_string(pairs[first].first) +
+                                                          " to " + std::to_string(pairs[last - 1].first);
+        findings.compare(DiffArea::Partitions, where + "/" + field.name, common.first, common.second);
     }
 }
 
@@ -242,7 +250,8 @@ Pairs diffPartitions(DiffSide& a, DiffSide& b, DiffFindings& findings) {
             findings.add(DiffArea::Partitions, "partition " + std::to_string(pair.b), std::nullopt,
                          DiffValue(partitionText(inB[pair.b])));
     }
-    compareFields(a, b, pairs, findings);
+    for (auto const& field : fields)
+        compareField(a, b, field, pairs, findings);
     compareRandomIndex(a, b, findings);
     compareConsistency(a, b, findings);
     compareLayout(a, b, pairs, findings);
