@@ -1,9 +1,9 @@
 #include "SetMatch.h"
 
 #include "Diff.h"
-#include "SetAccess.h"
 
 #include <MXF/Zelm/DataIO/Memory/MemoryDataSink.h>
+#include <MXF/Zelm/Metadata/Structural/Properties.h>
 #include <MXF/Zelm/Platform/Text.h>
 #include <MXF/Zelm/Templates/SafeCast.h>
 #include <MXF/Zelm/Types/Strings.h>
@@ -130,7 +130,8 @@ std::vector<std::string> SetMatcher::roles(Sets const& sets) const {
     for (auto const* const set : sets) {
         std::string role = classes_.stepName(*set);
         for (auto const* const name : roleProperties)
-            if (auto const* const element = findElement(*set, name); element && element->baseValue())
+            if (auto const* const element = set->findElement(std::u16string_view(name));
+                element && element->baseValue())
                 role += "/" + comparableBytes(*element->baseValue());
         found.push_back(std::move(role));
     }
@@ -142,8 +143,9 @@ std::vector<std::string> SetMatcher::kinds(Sets const& sets) const {
     std::vector<std::string> found;
     for (auto const* const set : sets) {
         std::string kind = classes_.stepName(*set);
-        for (auto const* const segment : references(*set, u"TrackSegment"))
-            kind += "/" + text(*segment, u"ComponentDataDefinition");
+        if (auto const* const segment = set->referencedSet(Metadata::Structural::Properties::sequence.label))
+            if (auto const* const definition = segment->findElement(u"DataDefinition"))
+                kind += "/" + comparableBytes(*definition->baseValue());
         found.push_back(std::move(kind));
     }
     return found;
