@@ -307,6 +307,11 @@ void PartitionMetadata::getSemanticsValidationElements(Templates::vector<Element
     gather(&MetadataSet::getSemanticsValidationElements, elements);
 }
 
+void PartitionMetadata::missingAttributes(Templates::vector<MissingAttribute>& missing) const {
+    for (auto const& [key, set] : sets_)
+        set->missingAttributes(missing);
+}
+
 void PartitionMetadata::addMetadataListener(ListenerPtr listener, bool tellExisting) {
     if (tellExisting)
         for (auto const& place : places_)
