@@ -1,6 +1,8 @@
 #include "MXF/Zelm/DataIO/File/FileDataSink.h"
 #include "MXF/Zelm/DataIO/File/FileDataSource.h"
+#include "MXF/Zelm/DataIO/File/FileFunctions.h"
 
+#include "DataIO/Cuts.h"
 #include "MXF/Zelm/Platform/Text.h"
 #include "support/Files.h"
 
@@ -14,26 +16,10 @@ using Mode = FileDataSink::Mode;
 
 namespace {
 
-/// Bytes of which no two stretches are alike.
-Bytes pattern(std::size_t size) {
-    Bytes bytes(size);
-    std::uint32_t state = 1;
-    for (auto& byte : bytes)
-        byte = static_cast<unsigned char>((state = state * 1664525u + 1013904223u) >> 24);
-    return bytes;
-}
-
 Bytes take(DataIO::DataSource& source, std::uint64_t size) {
     Bytes bytes(static_cast<std::size_t>(size));
     bytes.resize(static_cast<std::size_t>(source.read(bytes.data(), size)));
     return bytes;
-}
-
-Bytes slice(Bytes const& bytes, std::uint64_t from, std::uint64_t size) {
-    auto const begin =
-        bytes.begin() + static_cast<std::ptrdiff_t>(std::min<std::uint64_t>(from, bytes.size()));
-    return {begin, begin + static_cast<std::ptrdiff_t>(
-                               std::min(size, static_cast<std::uint64_t>(bytes.end() - begin)))};
 }
 
 } // namespace
@@ -88,10 +74,12 @@ TEST(FileDataSource, FollowsAFileThatShrinksAndGrows) {
     EXPECT_EQ(take(source, 400'000).size(), 10u); // read past the window
     source.seek(400'000);
     EXPECT_EQ(take(source, 1).size(), 0u);
+    EXPECT_TRUE(source.endOfStream()); // found out by reading
     EXPECT_EQ(source.refreshSize(), 300'000u);
     EXPECT_TRUE(source.endOfStream());
     writeFile(name, bytes);
     EXPECT_EQ(source.refreshSize(), 700'000u);
+    source.seek(400'000);
     EXPECT_TRUE(sameBytes(take(source, 20), slice(bytes, 400'000, 20)));
 }
 
@@ -175,6 +163,29 @@ TEST(FileDataSink, BuffersSeeksAndCuts) {
             Exceptions::SystemError);
     }
     EXPECT_TRUE(sameBytes(readFile(name), expected));
+}
+
+TEST(File, IsRenamedRemovedAndCompared) {
+    namespace File = DataIO::File;
+    TemporaryFolder const folder;
+    std::string const a = folder.file("ä.mxf"), b = folder.file("b.mxf"), none = folder.file("none/c.mxf");
+    writeFile(a, hex("01"));
+    writeFile(b, hex("02"));
+    EXPECT_TRUE(File::exists(Platform::toUtf16(a)));
+    EXPECT_FALSE(File::exists(none));
+    EXPECT_TRUE(File::sameFile(a, folder.file("./ä.mxf")));
+    EXPECT_FALSE(File::sameFile(a, b) || File::sameFile(a, none));
+    // An existing file is replaced only when asked.
+    EXPECT_THROW(File::rename(a, b, false), Exceptions::SystemError);
+    EXPECT_EQ(readFile(a) + readFile(b), hex("01 02"));
+    File::rename(a, b, true);
+    EXPECT_EQ(readFile(b), hex("01"));
+    File::rename(b, a, false);
+    File::synchronizeEntry(a);
+    EXPECT_FALSE(File::exists(b));
+    File::remove(a);
+    EXPECT_FALSE(File::exists(a));
+    EXPECT_THROW(File::remove(a), Exceptions::SystemError);
 }
 
 } // namespace MXF::Zelm::Test

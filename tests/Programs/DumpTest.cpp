@@ -55,6 +55,22 @@ TEST(Dump, DecodesPropertiesAndNestsSets) {
     EXPECT_NE(tree.find("\n    ContentStorage at "), std::string::npos);
 }
 
+TEST(Dump, ShowsFrameworksAsPeopleReadThem) {
+    auto const bytes = sample("dms-text-no-essence.mxf");
+    if (bytes.empty())
+        GTEST_SKIP() << "no sample files in " << MXFZELM_SAMPLES_DIR;
+    FileOnDisk const file(bytes), none(SmallFile().bytes);
+    auto const text = runZelm({"dump", "--frameworks", file.name()}).output;
+    for (auto const* const line :
+         {"Material package \"RP2057 Example\", track 9001\n", "\n  Text Based Framework, at all times\n",
+          "\n      UTF8Text Data\n        <?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"})
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+    auto const report = Json::parse(runZelm({"dump", "--frameworks", "--json", file.name()}).output);
+    auto const& object = report["frameworks"][0]["framework"]["properties"]["TextBasedObject"][0];
+    EXPECT_EQ(object["properties"]["TextBasedMetadataPayloadSchemeID"]["name"], "DM_XML_Document");
+    EXPECT_EQ(runZelm({"dump", "--frameworks", none.name()}).output, "There is no descriptive metadata.\n");
+}
+
 TEST(Dump, TakesDefinitionsFromAFileAndNamesTheLineThatIsWrong) {
     TemporaryFolder const folder;
     auto const file = folder.file("small.mxf");

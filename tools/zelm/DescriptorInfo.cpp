@@ -1,6 +1,12 @@
 /// Essence descriptors for `zelm info`.
 #include "SetValues.h"
 
+#include <MXF/Zelm/Metadata/Structural/CDCIEssenceDescriptor.h>
+#include <MXF/Zelm/Metadata/Structural/DataDescriptors.h>
+#include <MXF/Zelm/Metadata/Structural/DescriptorKeys.h>
+#include <MXF/Zelm/Metadata/Structural/Locators.h>
+#include <MXF/Zelm/Metadata/Structural/RGBAEssenceDescriptor.h>
+#include <MXF/Zelm/Metadata/Structural/SoundDescriptors.h>
 #include <MXF/Zelm/Platform/Text.h>
 #include <MXF/Zelm/Types/RGBALayout.h>
 
@@ -10,6 +16,7 @@ namespace Zelm {
 
 using namespace MXF::Zelm;
 using Metadata::MetadataSet;
+namespace Structural = Metadata::Structural;
 
 namespace {
 
@@ -63,93 +70,118 @@ std::optional<std::uint32_t> frameHeight(std::optional<std::uint32_t> height, st
     return *height * 2;
 }
 
-PictureInfo gatherPicture(MetadataSet const& set) {
-    PictureInfo picture;
-    std::int64_t const layout = integer(set, u"FrameLayout").value_or(0);
-    auto const height = [&](std::u16string_view name) { return frameHeight(count(set, name), layout); };
-    picture.storedWidth = count(set, u"StoredWidth");
-    picture.storedHeight = height(u"StoredHeight");
-    picture.sampledWidth = count(set, u"SampledWidth");
-    picture.sampledHeight = height(u"SampledHeight");
-    picture.displayWidth = count(set, u"DisplayWidth");
-    picture.displayHeight = height(u"DisplayHeight");
-    picture.aspect = rational(set, u"ImageAspectRatio");
-    if (findElement(set, u"FrameLayout") != nullptr)
-        picture.scan = scanText(layout);
-    picture.chroma = chromaText(count(set, u"HorizontalSubsampling"), count(set, u"VerticalSubsampling"));
-    if (auto const depth = count(set, u"ComponentDepth"); depth && *depth != 0)
+void takeComponents(Structural::CDCIEssenceDescriptor const& set, PictureInfo& picture) {
+    picture.chroma = chromaText(count(set.horizontalSubsampling()), count(set.verticalSubsampling()));
+    if (auto const depth = count(set.componentDepth()); depth && *depth != 0)
         picture.bitDepth = depth;
-    if (auto const* const pixels = property<Types::RGBALayout>(set, u"PixelLayout"))
-        takeLayout(*pixels, picture);
-    picture.transferCharacteristic = label(set, u"TransferCharacteristic");
-    picture.codingEquations = label(set, u"CodingEquations");
-    picture.colorPrimaries = label(set, u"ColorPrimaries");
+}
+
+PictureInfo gatherPicture(Structural::GenericPictureEssenceDescriptor const& set) {
+    PictureInfo picture;
+    auto const layout = count(set.frameLayout());
+    auto const height = [&](Types::UInt32 const* lines) {
+        return frameHeight(count(lines), layout.value_or(0));
+    };
+    picture.storedWidth = count(set.storedWidth());
+    picture.storedHeight = height(set.storedHeight());
+    picture.sampledWidth = count(set.sampledWidth());
+    picture.sampledHeight = height(set.sampledHeight());
+    picture.displayWidth = count(set.displayWidth());
+    picture.displayHeight = height(set.displayHeight());
+    picture.aspect = rational(set.aspectRatio());
+    if (layout)
+        picture.scan = scanText(*layout);
+    if (auto const* const cdci = dynamic_cast<Structural::CDCIEssenceDescriptor const*>(&set))
+        takeComponents(*cdci, picture);
+    if (auto const* const rgba = dynamic_cast<Structural::RGBAEssenceDescriptor const*>(&set))
+        if (auto const* const pixels = rgba->pixelLayout())
+            takeLayout(*pixels, picture);
+    picture.transferCharacteristic = label(set.transferCharacteristic());
+    picture.codingEquations = label(set.codingEquations());
+    picture.colorPrimaries = label(set.colorPrimaries());
     return picture;
 }
 
-ChannelLabel gatherChannelLabel(MetadataSet const& set, std::string kind) {
-    return {std::move(kind), text(set, u"MCATagSymbol"), text(set, u"MCATagName"),
-            count(set, u"MCAChannelID"), text(set, u"RFC5646SpokenLanguage")};
+/// The text of a property of a set that has no class of its own.
+std::string textOf(MetadataSet const& set, std::u16string_view name) {
+    auto const* const element = set.findElement(name);
+    return element != nullptr ? text(element->baseValue()) : std::string();
 }
 
-SoundInfo gatherSound(MetadataSet const& set) {
+/// What a sub-descriptor labels; null when it is no label.
+const char* labelKind(KLV::Key const& key) {
+    namespace Keys = Structural::DescriptorKeys;
+    if (key == Keys::audioChannelLabelSubDescriptor)
+        return "channel";
+    if (key == Keys::soundfieldGroupLabelSubDescriptor || key == Keys::iabSoundfieldLabelSubDescriptor)
+        return "soundfield group";
+    return key == Keys::groupOfSoundfieldGroupsLabelSubDescriptor ? "group of soundfield groups" : nullptr;
+}
+
+SoundInfo gatherSound(Structural::GenericSoundEssenceDescriptor const& set) {
     SoundInfo sound;
-    sound.samplingRate = rational(set, u"AudioSampleRate");
-    sound.channels = count(set, u"ChannelCount");
-    sound.bits = count(set, u"QuantizationBits");
-    if (auto const* const locked = property<Types::Boolean>(set, u"Locked"))
+    sound.samplingRate = rational(set.audioSamplingRate());
+    sound.channels = count(set.channelCount());
+    sound.bits = count(set.quantizationBits());
+    if (auto const* const locked = set.locked())
         sound.locked = locked->value();
-    sound.channelAssignment = label(set, u"ChannelAssignment");
-    for (auto const* const sub : references(set, u"SubDescriptors")) {
-        if (sub->name() == u"AudioChannelLabelSubDescriptor")
-            sound.labels.push_back(gatherChannelLabel(*sub, "channel"));
-        else if (sub->name() == u"SoundfieldGroupLabelSubDescriptor" ||
-                 sub->name() == u"IABSoundfieldLabelSubDescriptor")
-            sound.labels.push_back(gatherChannelLabel(*sub, "soundfield group"));
-        else if (sub->name() == u"GroupOfSoundfieldGroupsLabelSubDescriptor")
-            sound.labels.push_back(gatherChannelLabel(*sub, "group of soundfield groups"));
-    }
+    if (auto const* const wave = dynamic_cast<Structural::WAVEAudioEssenceDescriptor const*>(&set))
+        sound.channelAssignment = label(wave->channelAssignment());
+    for (auto const* const sub : set.subDescriptors())
+        if (auto const* const kind = labelKind(sub->key()))
+            sound.labels.push_back({kind, textOf(*sub, u"MCATagSymbol"), textOf(*sub, u"MCATagName"),
+                                    count(sub->value<Types::UInt32>(u"MCAChannelID")),
+                                    textOf(*sub, u"RFC5646SpokenLanguage")});
     std::stable_sort(sound.labels.begin(), sound.labels.end(), [](auto const& a, auto const& b) {
         return a.channel.value_or(0) < b.channel.value_or(0);
     });
     return sound;
 }
 
-std::string locatorText(MetadataSet const& set) {
-    std::string const url = text(set, u"URL");
-    return url.empty() ? text(set, u"LocationName") : url;
+std::string locatorText(Structural::Locator const& locator) {
+    if (auto const* const network = dynamic_cast<Structural::NetworkLocator const*>(&locator))
+        return text(network->urlString());
+    auto const* const words = dynamic_cast<Structural::TextLocator const*>(&locator);
+    return words != nullptr ? text(words->locatorName()) : std::string();
 }
 
-DescriptorInfo gather(MetadataSet const& set, MetaMetadata::Dictionary const& dictionary, int level) {
+DescriptorInfo gather(Structural::GenericDescriptor const& set, int level);
+
+void takeFileDescriptor(Structural::FileDescriptor const& set, DescriptorInfo& info) {
+    info.linkedTrack = count(set.linkedTrackID());
+    info.sampleRate = rational(set.sampleRate());
+    info.duration = known(set.containerDuration());
+    info.container = label(set.essenceContainer());
+    if (auto const* const picture = dynamic_cast<Structural::GenericPictureEssenceDescriptor const*>(&set)) {
+        info.coding = label(picture->pictureEssenceCoding());
+        info.picture = gatherPicture(*picture);
+    } else if (auto const* const sound =
+                   dynamic_cast<Structural::GenericSoundEssenceDescriptor const*>(&set)) {
+        info.coding = label(sound->soundEssenceCompression());
+        info.sound = gatherSound(*sound);
+    } else if (auto const* const data = dynamic_cast<Structural::GenericDataEssenceDescriptor const*>(&set)) {
+        info.coding = label(data->dataEssenceCoding());
+    }
+}
+
+DescriptorInfo gather(Structural::GenericDescriptor const& set, int level) {
     DescriptorInfo info;
     info.className = Platform::toUtf8(set.name());
-    info.linkedTrack = count(set, u"LinkedTrackID");
-    info.sampleRate = rational(set, u"SampleRate");
-    info.duration = known(set, u"EssenceLength");
-    info.container = label(set, u"ContainerFormat");
-    info.mimeType = text(set, u"MIMEType");
-    for (auto const* const locator : references(set, u"Locators"))
+    info.mimeType = textOf(set, u"MIMEType");
+    for (auto const* const locator : set.locators())
         info.locators.push_back(locatorText(*locator));
-    if (isA(set, u"PictureDescriptor", dictionary)) {
-        info.coding = label(set, u"PictureCompression");
-        info.picture = gatherPicture(set);
-    } else if (isA(set, u"SoundDescriptor", dictionary)) {
-        info.coding = label(set, u"SoundCompression");
-        info.sound = gatherSound(set);
-    } else {
-        info.coding = label(set, u"DataEssenceCoding");
-    }
-    if (level < deepestDescriptor)
-        for (auto const* const member : references(set, u"FileDescriptors"))
+    if (auto const* const file = dynamic_cast<Structural::FileDescriptor const*>(&set))
+        takeFileDescriptor(*file, info);
+    auto const* const multiple = dynamic_cast<Structural::MultipleDescriptor const*>(&set);
+    if (multiple != nullptr && level < deepestDescriptor)
+        for (auto const* const member : multiple->fileDescriptors())
             if (info.descriptors.size() < mostDescriptors)
-                info.descriptors.push_back(gather(*member, dictionary, level + 1));
+                info.descriptors.push_back(gather(*member, level + 1));
     return info;
 }
 
 } // namespace
 
-DescriptorInfo gatherDescriptor(MetadataSet const& set, MetaMetadata::Dictionary const& dictionary) {
-    return gather(set, dictionary, 0);
-}
+DescriptorInfo gatherDescriptor(Structural::GenericDescriptor const& set) { return gather(set, 0); }
 
 } // namespace Zelm

@@ -1,6 +1,7 @@
 /// `zelm dump`: the header metadata of one partition, as a tree or as JSON.
 #include "DumpReport.h"
 #include "Faults.h"
+#include "Frameworks.h"
 #include "MetadataChoice.h"
 
 namespace Zelm {
@@ -19,6 +20,9 @@ public:
                         "(the partition that a reader is to use)")
             ->type_name("N|header|footer|final")
             ->capture_default_str();
+        parser.add_flag("--frameworks", frameworks_,
+                        "Show the descriptive metadata alone: what is said about which stretch of which "
+                        "package");
         options_.declare(parser);
     }
 
@@ -43,10 +47,7 @@ public:
         if (report.metadata)
             report.faults.insert(report.faults.end(), report.metadata->faults().begin(),
                                  report.metadata->faults().end());
-        if (options_.json)
-            printDumpJson(report);
-        else
-            printDumpText(report);
+        show(report);
         for (auto const& fault : report.faults) {
             reportFault(file_, fault.message, fault.offset);
             status = NotMXF;
@@ -55,8 +56,23 @@ public:
     }
 
 private:
+    void show(DumpReport const& report) const {
+        if (frameworks_) {
+            auto const found = report.metadata ? gatherFrameworks(*report.metadata) : FrameworkReport();
+            if (options_.json)
+                printFrameworksJson(file_, found);
+            else
+                printFrameworksText(found);
+        } else if (options_.json) {
+            printDumpJson(report);
+        } else {
+            printDumpText(report);
+        }
+    }
+
     std::string file_;
     std::string partition_ = "final";
+    bool frameworks_ = false;
     ReportOptions options_;
 };
 

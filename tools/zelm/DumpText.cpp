@@ -1,7 +1,6 @@
 /// The tree of `zelm dump`. A file may nest its sets as deep as it likes and in circles: each set is shown
 /// once, and one that would stand too deep is shown on its own further below.
 #include "DumpReport.h"
-#include "SetAccess.h"
 #include "Text.h"
 #include "ValueText.h"
 

@@ -6,6 +6,8 @@
 #include "Text.h"
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>
+#include <MXF/Zelm/Metadata/Structural/Identification.h>
+#include <MXF/Zelm/Metadata/Structural/Preface.h>
 #include <MXF/ZelmDictionary/Names.h>
 
 #include <algorithm>
@@ -13,7 +15,7 @@
 namespace Zelm {
 
 using namespace MXF::Zelm;
-using Metadata::MetadataSet;
+namespace Structural = Metadata::Structural;
 
 namespace {
 
@@ -28,29 +30,32 @@ void takePack(Packs::PartitionPack const& pack, FileInfo& info) {
     }
 }
 
-WriterInfo gatherWriter(MetadataSet const& set) {
-    std::string version = text(set, u"ApplicationVersionString");
-    return {text(set, u"ApplicationSupplierName"), text(set, u"ApplicationName"),
-            version.empty() ? text(set, u"ApplicationVersion") : version, text(set, u"ApplicationPlatform"),
-            text(set, u"FileModificationDate")};
+WriterInfo gatherWriter(Structural::Identification const& set) {
+    std::string version = text(set.versionString());
+    return {text(set.companyName()), text(set.productName()),
+            version.empty() ? text(set.productVersion()) : version, text(set.platform()),
+            text(set.modificationDate())};
 }
 
-void takePreface(Metadata::PartitionMetadata const& metadata, FileInfo& info) {
-    MetadataSet const* preface = nullptr;
-    try {
-        preface = &metadata.preface();
-    } catch (Exceptions::BaseException const&) {
-        return; // the packages say so
-    }
-    info.modified = text(*preface, u"FileLastModified");
-    info.descriptiveSchemes = labels(*preface, u"DescriptiveSchemes");
-    for (auto const* const set : references(*preface, u"IdentificationList"))
-        info.writers.push_back(gatherWriter(*set));
-    auto const pattern = label(*preface, u"OperationalPattern");
+void takePreface(Structural::Preface const& preface, FileInfo& info) {
+    info.modified = text(preface.lastModifiedDate());
+    info.descriptiveSchemes = labels(preface.dmSchemes());
+    for (auto const* const identification : preface.identifications())
+        info.writers.push_back(gatherWriter(*identification));
+    auto const pattern = label(preface.operationalPattern());
     if (pattern && info.operationalPattern && pattern->label != info.operationalPattern->label)
         info.odd.push_back("The operational pattern of the Preface, " +
                            (pattern->name.empty() ? "another label" : pattern->name) +
                            ", is not that of the partition pack");
+}
+
+/// Null when there is no Preface, or more than one: the packages say so.
+Structural::Preface const* prefaceOf(Metadata::PartitionMetadata const& metadata) {
+    try {
+        return dynamic_cast<Structural::Preface const*>(&metadata.preface());
+    } catch (Exceptions::BaseException const&) {
+        return nullptr;
+    }
 }
 
 /// The footer where the header or, when that does not say, the random index pack has it; null when it is not
@@ -137,7 +142,8 @@ FileInfo gatherInfo(Input& input) {
         info.faults.push_back({failure.offset(), failure.message()});
     }
     if (metadata) {
-        takePreface(*metadata, info);
+        if (auto const* const preface = prefaceOf(*metadata))
+            takePreface(*preface, info);
         gatherPackages(*metadata, info);
         noteDarkSets(*metadata, info);
         info.faults.insert(info.faults.end(), metadata->faults().begin(), metadata->faults().end());

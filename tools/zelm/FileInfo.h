@@ -13,6 +13,10 @@
 #include <string>
 #include <vector>
 
+namespace MXF::Zelm::Metadata::Structural {
+class GenericDescriptor;
+}
+
 namespace Zelm {
 
 using EditRate = MXF::Zelm::Templates::Rational<int>;
@@ -144,7 +148,6 @@ FileInfo gatherInfo(Input& input);
 void gatherPackages(MXF::Zelm::Metadata::PartitionMetadata const& metadata, FileInfo& info);
 
 /// An essence descriptor and those below it.
-DescriptorInfo gatherDescriptor(MXF::Zelm::Metadata::MetadataSet const& set,
-                                MXF::Zelm::MetaMetadata::Dictionary const& dictionary);
+DescriptorInfo gatherDescriptor(MXF::Zelm::Metadata::Structural::GenericDescriptor const& set);
 
 } // namespace Zelm

@@ -1,5 +1,7 @@
 #include "Input.h"
 
+#include <MXF/Zelm/Metadata/Structural/FurtherDescriptors.h>
+#include <MXF/Zelm/Metadata/Structural/Initialize.h>
 #include <MXF/ZelmDictionary/Dictionary.h>
 
 namespace Zelm {
@@ -17,6 +19,8 @@ SharedDictionary loadDictionary(std::vector<std::string> const& files) {
         MXF::ZelmDictionary::load(
             *dictionary, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()), file);
     }
+    Metadata::Structural::initialize();
+    Metadata::Structural::registerFurtherDescriptors(*dictionary);
     return dictionary;
 }
 

@@ -2,6 +2,12 @@
 #include "SetValues.h"
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>
+#include <MXF/Zelm/Metadata/Structural/GenericDescriptor.h>
+#include <MXF/Zelm/Metadata/Structural/GenericPackage.h>
+#include <MXF/Zelm/Metadata/Structural/Properties.h>
+#include <MXF/Zelm/Metadata/Structural/Sequence.h>
+#include <MXF/Zelm/Metadata/Structural/StructuralComponent.h>
+#include <MXF/Zelm/Metadata/Structural/Track.h>
 #include <MXF/Zelm/Platform/Text.h>
 #include <MXF/ZelmDictionary/Names.h>
 
@@ -12,6 +18,7 @@ namespace Zelm {
 using namespace MXF::Zelm;
 using namespace MXF::Zelm::KLV::Literals;
 using Metadata::MetadataSet;
+namespace Structural = Metadata::Structural;
 
 namespace {
 
@@ -44,65 +51,76 @@ std::string kindOf(Types::UniversalLabel const& definition) {
     return name.empty() ? "other" : name;
 }
 
-std::optional<TimecodeInfo> gatherTimecode(MetadataSet const& component) {
-    auto const start = integer(component, u"StartTimecode");
-    auto const base = count(component, u"FramesPerSecond");
-    if (!start || !base || *base == 0 || *base > 0xFFFF)
+std::optional<TimecodeInfo> gatherTimecode(Structural::TimecodeComponent const& component) {
+    auto const* const start = component.startTimecode();
+    auto const* const base = component.roundedTimecodeBase();
+    if (start == nullptr || base == nullptr || base->value() == 0)
         return std::nullopt;
-    auto const* const drop = property<Types::Boolean>(component, u"DropFrame");
-    return TimecodeInfo{*start, static_cast<std::uint16_t>(*base), drop != nullptr && drop->value()};
+    auto const* const drop = component.dropFrame();
+    return TimecodeInfo{start->value(), base->value(), drop != nullptr && drop->value()};
 }
 
-/// What the track's sequence, or the single component in its place, tells.
-void takeSegment(MetadataSet const& segment, TrackInfo& track) {
-    if (auto const* const definition = property<Types::UniversalLabel>(segment, u"ComponentDataDefinition"))
+/// What a sequence, or a single component in its place, tells of its track.
+template <class Segment>
+void takeSegment(Segment const& segment, std::vector<Structural::StructuralComponent*> const& components,
+                 TrackInfo& track) {
+    if (auto const* const definition = segment.dataDefinition())
         track.kind = kindOf(*definition);
-    track.duration = known(segment, u"ComponentLength");
-    auto components = references(segment, u"ComponentObjects");
+    track.duration = known(segment.duration());
     track.segments = components.size();
-    if (segment.name() != u"Sequence") {
-        components = {const_cast<MetadataSet*>(&segment)};
-        track.segments = 1;
-    }
     for (auto const* const component : components)
-        if (component->name() == u"Timecode" && !track.timecode)
-            track.timecode = gatherTimecode(*component);
+        if (auto const* const timecode = dynamic_cast<Structural::TimecodeComponent const*>(component))
+            if (!track.timecode)
+                track.timecode = gatherTimecode(*timecode);
     if (!track.duration && components.size() == 1)
-        track.duration = known(*components.front(), u"ComponentLength");
+        track.duration = known(components.front()->duration());
 }
 
-TrackInfo gatherTrack(MetadataSet const& set) {
+TrackInfo gatherTrack(Structural::Track const& set) {
     TrackInfo track;
     track.className = Platform::toUtf8(set.name());
     track.kind = "other";
-    track.name = text(set, u"TrackName");
-    track.id = count(set, u"TrackID");
-    track.number = count(set, u"EssenceTrackNumber");
-    track.editRate = rational(set, u"EditRate");
-    if (!track.editRate)
-        track.editRate = rational(set, u"EventTrackEditRate");
-    track.origin = integer(set, u"Origin");
-    for (auto const* const segment : references(set, u"TrackSegment"))
-        takeSegment(*segment, track);
+    track.name = text(set.trackName());
+    track.id = count(set.trackID());
+    track.number = count(set.trackNumber());
+    if (auto const* const timeline = dynamic_cast<Structural::TimelineTrack const*>(&set)) {
+        track.editRate = rational(timeline->editRate());
+        track.origin = position(timeline->origin());
+    } else if (auto const* const events = dynamic_cast<Structural::EventTrack const*>(&set)) {
+        track.editRate = rational(events->eventEditRate());
+    }
+    auto* const segment = set.referencedSet(Structural::Properties::sequence.label);
+    if (auto const* const sequence = dynamic_cast<Structural::Sequence const*>(segment))
+        takeSegment(*sequence, sequence->structuralComponents(), track);
+    else if (auto* const component = dynamic_cast<Structural::StructuralComponent*>(segment))
+        takeSegment(*component, {component}, track);
     return track;
 }
 
-PackageInfo gatherPackage(MetadataSet const& set, MetaMetadata::Dictionary const& dictionary) {
+/// "material", "file", or "physical source" by what describes it.
+std::string kindOf(Structural::GenericPackage const& package,
+                   Structural::GenericDescriptor const* descriptor) {
+    if (dynamic_cast<Structural::MaterialPackage const*>(&package) != nullptr)
+        return "material";
+    return dynamic_cast<Structural::FileDescriptor const*>(descriptor) != nullptr ? "file"
+                                                                                  : "physical source";
+}
+
+PackageInfo gatherPackage(Structural::GenericPackage const& set) {
     PackageInfo package;
-    auto const descriptors = references(set, u"EssenceDescription");
-    bool const material = isA(set, u"MaterialPackage", dictionary);
-    bool const file = !descriptors.empty() && isA(*descriptors.front(), u"FileDescriptor", dictionary);
-    package.kind = material ? "material" : file ? "file" : "physical source";
-    package.name = text(set, u"PackageName");
-    if (auto const* const uid = property<Types::UMID32>(set, u"PackageID"))
+    auto const* const source = dynamic_cast<Structural::SourcePackage const*>(&set);
+    auto const* const descriptor = source != nullptr ? source->descriptor() : nullptr;
+    package.kind = kindOf(set, descriptor);
+    package.name = text(set.name());
+    if (auto const* const uid = set.packageUID())
         package.uid = *uid;
-    package.created = text(set, u"CreationTime");
-    package.modified = text(set, u"PackageLastModified");
-    for (auto const* const track : references(set, u"PackageTracks"))
+    package.created = text(set.packageCreationDate());
+    package.modified = text(set.packageModifiedDate());
+    for (auto const* const track : set.tracks())
         if (package.tracks.size() < mostTracks)
             package.tracks.push_back(gatherTrack(*track));
-    if (!descriptors.empty())
-        package.descriptor = gatherDescriptor(*descriptors.front(), dictionary);
+    if (descriptor != nullptr)
+        package.descriptor = gatherDescriptor(*descriptor);
     return package;
 }
 
@@ -146,7 +164,6 @@ void takeMaterial(PackageInfo const& package, FileInfo& info) {
 } // namespace
 
 void gatherPackages(Metadata::PartitionMetadata const& metadata, FileInfo& info) {
-    auto const& dictionary = *metadata.partitionDictionary().dictionary();
     std::vector<MetadataSet*> packages;
     try {
         packages = metadata.packages();
@@ -154,7 +171,8 @@ void gatherPackages(Metadata::PartitionMetadata const& metadata, FileInfo& info)
         info.odd.push_back("The header metadata is not whole: " + failure.message());
     }
     for (auto const* const set : packages)
-        info.packages.push_back(gatherPackage(*set, dictionary));
+        if (auto const* const package = dynamic_cast<Structural::GenericPackage const*>(set))
+            info.packages.push_back(gatherPackage(*package));
     std::stable_partition(info.packages.begin(), info.packages.end(),
                           [](PackageInfo const& package) { return package.kind == "material"; });
     for (auto const& package : info.packages)

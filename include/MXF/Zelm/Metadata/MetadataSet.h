@@ -213,7 +213,9 @@ private:
     MetaMetadata::MetaMetadataSet const* definition_;
     MetadataSetOwner* owner_;
     unsigned char berLength_;
-    bool isHeld_; // the owner holds the set
+    bool isHeld_ = false;    // the owner holds the set
+    bool isLeaving_ = false; // the owner is telling of its removal
+    unsigned tellings_ = 0;  // changes of the set that the owner is telling of
     std::optional<std::uint64_t> offset_;
     Elements elements_;
     Elements invalid_;

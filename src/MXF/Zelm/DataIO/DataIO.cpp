@@ -1,5 +1,6 @@
 #include "MXF/Zelm/DataIO/DataSink.h"
 #include "MXF/Zelm/DataIO/DataSource.h"
+#include "MXF/Zelm/DataIO/SliceSource.h"
 
 namespace MXF::Zelm::DataIO {
 
@@ -10,5 +11,6 @@ BoundedDataSource::~BoundedDataSource() = default;
 RandomAccessDataSource::~RandomAccessDataSource() = default;
 DataSink::~DataSink() = default;
 RandomAccessDataSink::~RandomAccessDataSink() = default;
+SliceSource::~SliceSource() = default;
 
 } // namespace MXF::Zelm::DataIO

@@ -1,7 +1,8 @@
-/// A sink that writes a file, with a buffer for small writes.
+/// A sink that writes a file, with a buffer for small writes. Chains go to the system from where their slices
+/// stand, in one call with what the buffer holds; only a chain of a few KiB is copied into the buffer.
 #pragma once
 
-#include "MXF/Zelm/DataIO/DataSink.h"
+#include "MXF/Zelm/DataIO/SliceSink.h"
 
 #include <memory>
 #include <string>
@@ -12,7 +13,7 @@ namespace MXF::Zelm::DataIO::File {
 
 class NativeFile;
 
-class MXFZELM_EXPORT FileDataSink : public RandomAccessDataSink {
+class MXFZELM_EXPORT FileDataSink : public RandomAccessDataSink, public SliceSink {
 public:
     enum class Mode {
         CreateNew, ///< the file must not exist
@@ -32,6 +33,10 @@ public:
 
     /// Throws Exceptions::SystemError when the system cannot write (no space left).
     void write(const unsigned char* buffer, std::uint64_t size) override;
+
+    /// Throws as above; the chain then does not count as written, whatever part of it the file has, and may
+    /// be written again.
+    void write(Chain const& chain) override;
 
     /// The position of the next byte.
     std::uint64_t absoluteOffset() const override { return bufferStart_ + buffer_.size(); }

@@ -10,6 +10,8 @@ namespace MXF::Zelm::DataIO::File {
 namespace {
 
 constexpr std::size_t bufferSize = 256 * 1024;
+/// Chains below this size cost less to copy than to ask the system for.
+constexpr std::uint64_t smallChain = 8 * 1024;
 
 NativeFile::Access accessFor(FileDataSink::Mode mode) {
     switch (mode) {
@@ -54,6 +56,23 @@ void FileDataSink::write(const unsigned char* buffer, std::uint64_t size) {
         }
     }
     buffer_.insert(buffer_.end(), buffer, buffer + static_cast<std::size_t>(size));
+}
+
+void FileDataSink::write(Chain const& chain) {
+    if (chain.size() < smallChain) {
+        for (auto const& slice : chain)
+            write(slice.data(), slice.size());
+        return;
+    }
+    std::vector<NativeFile::Piece> pieces;
+    pieces.reserve(chain.slices().size() + 1);
+    pieces.push_back({buffer_.data(), buffer_.size()});
+    for (auto const& slice : chain)
+        pieces.push_back({slice.data(), slice.size()});
+    file_->gatherAt(bufferStart_, pieces);
+    bufferStart_ += buffer_.size() + chain.size();
+    size_ = std::max(size_, bufferStart_);
+    buffer_.clear();
 }
 
 std::uint64_t FileDataSink::seek(std::uint64_t position) {

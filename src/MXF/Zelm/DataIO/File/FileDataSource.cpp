@@ -72,9 +72,10 @@ bool FileDataSource::fillWindow() {
         window_.resize(nextWindow_);
     windowFilled_ = 0;
     windowStart_ = position_;
-    windowFilled_ =
-        file_->readAt(position_, window_.data(),
-                      static_cast<std::size_t>(std::min<std::uint64_t>(nextWindow_, remaining())));
+    auto const wanted = static_cast<std::size_t>(std::min<std::uint64_t>(nextWindow_, remaining()));
+    windowFilled_ = file_->readAt(position_, window_.data(), wanted);
+    if (windowFilled_ < wanted)
+        size_ = windowStart_ + windowFilled_; // the file has shrunk
     return windowFilled_ != 0;
 }
 
@@ -85,8 +86,10 @@ std::uint64_t FileDataSource::readDirectly(unsigned char* buffer, std::uint64_t 
         std::size_t const got = file_->readAt(position_, buffer + done, piece);
         position_ += got;
         done += got;
-        if (got < piece)
+        if (got < piece) {
+            size_ = position_; // the file has shrunk
             break;
+        }
     }
     lastReadEnd_ = position_;
     return done;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -28,6 +29,16 @@ public:
 
     /// Writes all `count` bytes at `position`.
     virtual void writeAt(std::uint64_t position, const unsigned char* buffer, std::size_t count) = 0;
+
+    /// Bytes somewhere in memory.
+    struct Piece {
+        const unsigned char* bytes;
+        std::size_t size;
+    };
+
+    /// Writes all bytes of the pieces, one behind the other, at `position`: in few calls where the system
+    /// can.
+    virtual void gatherAt(std::uint64_t position, std::span<Piece const> pieces) = 0;
 
     /// Cuts or extends the file.
     virtual void truncate(std::uint64_t size) = 0;

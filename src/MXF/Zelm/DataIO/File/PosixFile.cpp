@@ -5,9 +5,11 @@
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/Templates/SafeCast.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 namespace MXF::Zelm::DataIO::File {
@@ -73,6 +75,21 @@ public:
         }
     }
 
+    void gatherAt(std::uint64_t position, std::span<Piece const> pieces) override {
+        std::size_t done = 0; // of the first piece
+        pass(pieces, done, 0);
+        while (!pieces.empty()) {
+            iovec batch[batchSize];
+            int const count = fill(batch, pieces, done);
+            auto const put = retried(
+                [&] { return ::pwritev(descriptor_, batch, count, Templates::safeCast<off_t>(position)); });
+            if (put < 0)
+                fail("cannot write");
+            position += static_cast<std::uint64_t>(put);
+            pass(pieces, done, static_cast<std::size_t>(put));
+        }
+    }
+
     void truncate(std::uint64_t newSize) override {
         if (retried([&] { return ::ftruncate(descriptor_, Templates::safeCast<off_t>(newSize)); }) != 0)
             fail("cannot cut");
@@ -103,6 +120,35 @@ private:
             break;
         }
         return O_RDONLY | O_CLOEXEC;
+    }
+
+    /// What one call takes: systems allow at least so many pieces here, and a count of bytes that fits an
+    /// ssize_t.
+    static constexpr int batchSize = 256;
+    static constexpr std::size_t batchBytes = std::size_t{1} << 30;
+
+    /// The first pieces, less `done` bytes of the very first, as the system wants them; returns how many.
+    static int fill(iovec* batch, std::span<Piece const> pieces, std::size_t done) {
+        int count = 0;
+        std::size_t bytes = 0;
+        for (auto piece = pieces.begin(); piece != pieces.end() && count < batchSize && bytes < batchBytes;
+             ++piece, ++count) {
+            std::size_t const size = std::min(piece->size - done, batchBytes - bytes);
+            batch[count] = {const_cast<unsigned char*>(piece->bytes + done), size};
+            bytes += size;
+            done = 0;
+        }
+        return count;
+    }
+
+    /// Passes over `count` bytes that are written, and over pieces without bytes.
+    static void pass(std::span<Piece const>& pieces, std::size_t& done, std::size_t count) {
+        while (!pieces.empty() && count >= pieces.front().size - done) {
+            count -= pieces.front().size - done;
+            pieces = pieces.subspan(1);
+            done = 0;
+        }
+        done += count;
     }
 
     /// Runs a system call again while a signal interrupts it.

@@ -73,6 +73,14 @@ public:
         }
     }
 
+    /// The system gathers whole pages only, and unbuffered.
+    void gatherAt(std::uint64_t position, std::span<Piece const> pieces) override {
+        for (auto const& piece : pieces) {
+            writeAt(position, piece.bytes, piece.size);
+            position += piece.size;
+        }
+    }
+
     void truncate(std::uint64_t newSize) override {
         LARGE_INTEGER end;
         end.QuadPart = static_cast<LONGLONG>(newSize);
