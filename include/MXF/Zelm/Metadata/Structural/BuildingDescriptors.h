@@ -17,7 +17,7 @@ struct PictureOptions {
     std::uint32_t height; ///< stored, in lines; of one field where the fields are separate
     Templates::Rational<int> aspectRatio{16, 9};
     GenericPictureEssenceDescriptor::FrameLayout frameLayout = GenericPictureEssenceDescriptor::fullFrame;
-    std::int32_t firstLine[2] = {0, 0}; ///< as videoLineMap: of field 1 and of field 2, 0 for none
+    std::int32_t firstLine[2] = {0, 0}; ///< as videoLineMap; 0 is not known, for field 2 also none
     std::uint32_t componentDepth = 8;
     std::uint32_t horizontalSubsampling = 2;
     std::uint32_t verticalSubsampling = 1;
