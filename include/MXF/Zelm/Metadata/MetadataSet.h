@@ -34,6 +34,12 @@ public:
 
 } // namespace Visitors
 
+/// An attribute that a set should have and has not. The attribute is the dictionary's.
+struct MissingAttribute {
+    MetadataSet const* set;
+    MetaMetadata::MetaAttribute const* attribute;
+};
+
 /// Owns its elements; is owned by its partition metadata.
 class MXFZELM_EXPORT MetadataSet : public Platform::Allocated {
 public:
@@ -172,6 +178,10 @@ public:
     void incompleteElements(Templates::vector<Element*>& elements) const;
     void possiblyOpenElements(Templates::vector<Element*>& elements) const;
     void possiblyIncompleteElements(Templates::vector<Element*>& elements) const;
+
+    /// Appends what the set lacks: the attributes of its class that must be present (required, required of
+    /// encoders, best effort) and have no element.
+    void missingAttributes(Templates::vector<MissingAttribute>& missing) const;
 
     /// Elements that the class does not declare, although the dictionary knows them.
     void possiblyForbiddenElements(Templates::vector<Element*>& elements) const;

@@ -133,6 +133,9 @@ public:
     void possiblyForbiddenElements(Templates::vector<Element*>& elements) const;
     void getSemanticsValidationElements(Templates::vector<Element*>& elements) const;
 
+    /// What the sets lack, as MetadataSet::missingAttributes tells.
+    void missingAttributes(Templates::vector<MissingAttribute>& missing) const;
+
     /// Attaches a listener; with `tellExisting` it is told of every set that is there as if just created. One
     /// that throws then is not attached.
     void addMetadataListener(ListenerPtr listener, bool tellExisting);

@@ -389,6 +389,16 @@ void MetadataSet::possiblyIncompleteElements(Templates::vector<Element*>& elemen
     unknownValues([](Status status) { return status == Status::Optional; }, elements);
 }
 
+void MetadataSet::missingAttributes(Templates::vector<MissingAttribute>& missing) const {
+    std::for_each(definition_->metaAttributesBegin(), definition_->metaAttributesEnd(),
+                  [&](auto const& attribute) {
+                      auto const status = attribute->requiredStatus();
+                      if (status != Status::Optional && status != Status::DecoderRequired &&
+                          findElement(attribute->metaElement().universalLabel()) == nullptr)
+                          missing.push_back({this, attribute.get()});
+                  });
+}
+
 void MetadataSet::possiblyForbiddenElements(Templates::vector<Element*>& elements) const {
     for (auto const& element : invalid_)
         if (element->metaElement() != nullptr)

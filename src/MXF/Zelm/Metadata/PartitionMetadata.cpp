@@ -359,6 +359,11 @@ void PartitionMetadata::getSemanticsValidationElements(Templates::vector<Element
     gather(&MetadataSet::getSemanticsValidationElements, elements);
 }
 
+void PartitionMetadata::missingAttributes(Templates::vector<MissingAttribute>& missing) const {
+    for (auto const& [key, set] : sets_)
+        set->missingAttributes(missing);
+}
+
 void PartitionMetadata::tellOfExistingSets(PartitionMetadataListener& listener) {
     for (auto const& place : places_) {
         if (!place.set)
