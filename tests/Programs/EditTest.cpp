@@ -49,6 +49,23 @@ protected:
     Bytes original_;
 };
 
+TEST_F(Edit, AddsFrameworksWithTheirProperties) {
+    auto const run = edit({"--add-framework", "clip:kind=Moving Pictures,Clip Number=A1, take 2,track=2",
+                           "--add-framework", "production:IntegrationIndication=Project", "--in-place"});
+    ASSERT_EQ(run.status, 0) << run.errors;
+    auto const frameworks =
+        Json::parse(runZelm({"dump", "--frameworks", "--json", file_}).output)["frameworks"];
+    ASSERT_EQ(frameworks.size(), 2u);
+    EXPECT_EQ(frameworks[0]["described_tracks"], Json::array({2}));
+    EXPECT_EQ(frameworks[0]["framework"]["properties"]["ClipNumber"], "A1, take 2");
+    EXPECT_EQ(frameworks[0]["framework"]["properties"]["ClipKind"], "Moving Pictures");
+    EXPECT_EQ(frameworks[1]["framework"]["class"], "ProductionFramework");
+    auto const before = readFile(file_);
+    for (auto const* const wrong : {"movie", "clip:", "clip:size=3", "clip:kind", "clip:track=x"})
+        EXPECT_EQ(edit({"--add-framework", wrong, "--in-place"}).status, 2) << wrong;
+    EXPECT_EQ(readFile(file_), before);
+}
+
 TEST_F(Edit, FindsEveryPathThatItListsAndReadsEveryValueThatItPrints) {
     for (auto const* const name : {"d10-imx50-op1a.mxf", "aces-picture-frame-wrapped.mxf",
                                    "dms-text-no-essence.mxf", "pcm-51-mca-clip.mxf"}) {

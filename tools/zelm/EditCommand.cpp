@@ -28,11 +28,16 @@ out where no doubt is left. --paths lists the paths of a file.
 A VALUE is a text, number, true or false, rational (30000/1001), date (2026-03-01T12:30:00Z, now), label or
 enumerated value (by name), UUID or UMID, bytes (0x01FF), or a list of them: a, b or ["a", "b"].
 
+A framework (SMPTE 380M) is clip, scene or production, with properties by their names, in which the kind may
+be left out. A clip framework describes the first essence track, the others the whole package; track=ID names
+another track. zelm dump --frameworks shows what there is.
+
 Examples:
   zelm edit clip.mxf --paths
   zelm edit clip.mxf --set 'MaterialPackage/Name=Evening news' --dry-run
   zelm edit clip.mxf --set 'MaterialPackage/Track[2]/TrackName=Left' --in-place
-  zelm edit clip.mxf --unset SourcePackage/Name -o clip-2.mxf)";
+  zelm edit clip.mxf --unset SourcePackage/Name -o clip-2.mxf
+  zelm edit clip.mxf --add-framework 'clip:kind=Moving Pictures,number=A001C003' -o clip-2.mxf)";
 
 class EditCommand : public Command {
 public:
@@ -46,6 +51,12 @@ public:
             });
         parser.add_option("--unset", unsets_, "Take a property away; may be repeated")
             ->type_name("PATH")
+            ->allow_extra_args(false);
+        parser
+            .add_option("--add-framework", frameworks_,
+                        "Add descriptive metadata to the material package: a clip, scene or production "
+                        "framework; may be repeated")
+            ->type_name("KIND[:NAME=VALUE,...]")
             ->allow_extra_args(false);
         auto* const inPlace = parser.add_flag("--in-place", inPlace_, "Write the changes into the file");
         auto* const output = parser.add_option("-o,--output", output_, "Write a new file")
@@ -110,8 +121,8 @@ private:
             report_.json ? printPathsJson(file_, paths) : printPathsText(paths);
             return Done;
         }
-        if (sets_.empty() && unsets_.empty())
-            throw Exceptions::InvalidValue("nothing to do: give --set, --unset or --paths");
+        if (sets_.empty() && unsets_.empty() && frameworks_.empty())
+            throw Exceptions::InvalidValue("nothing to do: give --set, --unset, --add-framework or --paths");
         change(updater, classes);
         auto const report = write(updater);
         SetPaths const paths(updater.metadata(), classes);
@@ -127,6 +138,8 @@ private:
         }
         for (auto const& path : unsets_)
             editor.apply({path, std::nullopt});
+        for (auto const& framework : frameworks_)
+            editor.addFramework(framework);
         if (editor.hasChanged() && !noHistory_)
             editor.addHistory();
     }
@@ -165,7 +178,7 @@ private:
     }
 
     std::string file_, output_;
-    std::vector<std::string> sets_, unsets_;
+    std::vector<std::string> sets_, unsets_, frameworks_;
     bool inPlace_ = false, replace_ = false, dryRun_ = false, noHistory_ = false, listPaths_ = false;
     bool restore_ = false, discardUndo_ = false;
     ReportOptions report_;

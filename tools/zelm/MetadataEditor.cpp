@@ -1,9 +1,11 @@
 #include "MetadataEditor.h"
 
+#include "FrameworkEdit.h"
 #include "PropertyValue.h"
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>
 #include <MXF/Zelm/KLV/Key.h>
+#include <MXF/Zelm/Metadata/Structural/Properties.h>
 #include <MXF/Zelm/Platform/Text.h>
 #include <MXF/Zelm/Types/Strings.h>
 #include <MXF/Zelm/Types/Timestamp.h>
@@ -62,6 +64,15 @@ void MetadataEditor::apply(PropertyEdit const& edit) {
             change(target, edit.value);
     } catch (Exceptions::BaseException const& refusal) {
         throw InvalidValue(edit.path + ": " + refusal.message());
+    }
+}
+
+void MetadataEditor::addFramework(std::string const& text) {
+    try {
+        auto& package = Zelm::addFramework(metadata_, parseFramework(text));
+        touched_.emplace_back(&package, Metadata::Structural::Properties::tracks.label);
+    } catch (Exceptions::BaseException const& refusal) {
+        throw InvalidValue(text + ": " + refusal.message());
     }
 }
 

@@ -26,6 +26,9 @@ public:
     /// property's type, or the property must not be changed so.
     void apply(PropertyEdit const& edit);
 
+    /// Adds a descriptive framework (see FrameworkEdit.h). Throws Exceptions::InvalidValue.
+    void addFramework(std::string const& text);
+
     /// True when a value is now another one than before.
     bool hasChanged() const { return !touched_.empty(); }
 

@@ -7,8 +7,9 @@
 #include <string>
 
 namespace MXF::Zelm::Metadata::Structural {
+class GenericPackage;
 class TimelineTrack;
-}
+} // namespace MXF::Zelm::Metadata::Structural
 
 namespace MXF::Zelm::Metadata::DMS1 {
 
@@ -38,5 +39,12 @@ MXFZELM_EXPORT Templates::wstring clipKindToWString(ClipFrameworkClipKind kind);
 /// Preface, and what `PartitionMetadata::createMetadataSet` and listeners throw.
 MXFZELM_EXPORT MetadataSet* createClipFramework(PartitionMetadata& metadata, Structural::TimelineTrack* track,
                                                 std::string const& clipNumber, ClipFrameworkClipKind kind);
+
+/// A new framework of any class (`DMS1MetadataKeys::productionFramework()`, …) without properties, placed as
+/// `createClipFramework` does. `trackIDs` are the tracks of the package that it describes; none for all of
+/// it. Throws as `createClipFramework` does.
+MXFZELM_EXPORT MetadataSet* createFramework(PartitionMetadata& metadata, Structural::GenericPackage& package,
+                                            KLV::Key const& key,
+                                            Templates::vector<std::uint32_t> const& trackIDs);
 
 } // namespace MXF::Zelm::Metadata::DMS1

@@ -4,6 +4,7 @@
 #include "MXF/Zelm/Metadata/DMS1/DMS1MetadataKeys.h"
 #include "MXF/Zelm/Metadata/DMS1/DMS1MetadataULs.h"
 #include "MXF/Zelm/Metadata/Structural/Access.h"
+#include "MXF/Zelm/Metadata/Structural/GenericPackage.h"
 #include "MXF/Zelm/Metadata/Structural/Properties.h"
 #include "MXF/Zelm/Metadata/Structural/StructuralMetadataKeys.h"
 #include "MXF/Zelm/Metadata/Structural/Track.h"
@@ -79,11 +80,13 @@ void addScheme(MetadataSet& preface) {
 }
 
 /// A static track without ID, whose only segment holds the framework.
-MetadataSet& createTrack(NewSets& sets, MetadataSet const& framework, Types::UInt32 const& described) {
+MetadataSet& createTrack(NewSets& sets, MetadataSet const& framework,
+                         Templates::vector<std::uint32_t> const& described) {
     Types::UniversalLabel const data(descriptiveMetadata);
     MetadataSet& segment = sets.create(Keys::dmSegment());
     segment.value(Properties::dataDefinition.label, data);
-    segment.add(Properties::trackIDs.label, described);
+    for (std::uint32_t const track : described)
+        segment.add(Properties::trackIDs.label, Types::UInt32(track));
     segment.reference(Properties::dmFramework.label, framework);
     MetadataSet& sequence = sets.create(Keys::sequence());
     sequence.value(Properties::dataDefinition.label, data);
@@ -92,6 +95,22 @@ MetadataSet& createTrack(NewSets& sets, MetadataSet const& framework, Types::UIn
     put(track, Properties::trackNumber, Types::UInt32(std::uint32_t{0}));
     track.reference(Properties::sequence.label, sequence);
     return track;
+}
+
+/// A new framework, to which `fill` gives its properties, on a new track of the package.
+template <class Fill>
+MetadataSet* createOn(PartitionMetadata& metadata, MetadataSet& package, KLV::Key const& key,
+                      Templates::vector<std::uint32_t> const& described, Fill fill) {
+    MetadataSet& preface = metadata.preface();
+    NewSets sets(metadata);
+    MetadataSet& framework = sets.create(key);
+    fill(framework);
+    MetadataSet& track = createTrack(sets, framework, described);
+    put(track, Properties::trackID, freeTrackID(package));
+    addScheme(preface);
+    package.addReference(Properties::tracks.label, track);
+    sets.keep();
+    return &framework;
 }
 
 } // namespace
@@ -109,19 +128,17 @@ MetadataSet* createClipFramework(PartitionMetadata& metadata, Structural::Timeli
         throw Exceptions::InvalidValue("A clip framework needs the track that it describes");
     if (track->trackID() == nullptr)
         throw Exceptions::InvalidStructure("A track without track ID cannot be described");
-    Types::UInt32 const described = *track->trackID();
-    MetadataSet& package = packageOf(metadata, *track);
-    MetadataSet& preface = metadata.preface();
-    NewSets sets(metadata);
-    MetadataSet& framework = sets.create(DMS1MetadataKeys::clipFramework());
-    framework.value(DMS1MetadataULs::clipNumber(), Types::ISO7String(clipNumber));
-    framework.value(DMS1MetadataULs::clipKind(), Types::UTF16String(clipKindToWString(kind)));
-    MetadataSet& descriptive = createTrack(sets, framework, described);
-    put(descriptive, Properties::trackID, freeTrackID(package));
-    addScheme(preface);
-    package.addReference(Properties::tracks.label, descriptive);
-    sets.keep();
-    return &framework;
+    return createOn(metadata, packageOf(metadata, *track), DMS1MetadataKeys::clipFramework(),
+                    {track->trackID()->value()}, [&](MetadataSet& framework) {
+                        framework.value(DMS1MetadataULs::clipNumber(), Types::ISO7String(clipNumber));
+                        framework.value(DMS1MetadataULs::clipKind(),
+                                        Types::UTF16String(clipKindToWString(kind)));
+                    });
+}
+
+MetadataSet* createFramework(PartitionMetadata& metadata, Structural::GenericPackage& package,
+                             KLV::Key const& key, Templates::vector<std::uint32_t> const& trackIDs) {
+    return createOn(metadata, package, key, trackIDs, [](MetadataSet&) {});
 }
 
 } // namespace MXF::Zelm::Metadata::DMS1
