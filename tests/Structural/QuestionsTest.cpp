@@ -9,6 +9,8 @@
 #include "support/Bytes.h"
 #include "support/StandardMetadata.h"
 
+#include <limits>
+
 namespace MXF::Zelm::Test {
 
 using namespace Metadata;
