@@ -7,6 +7,8 @@
 #include "support/HeaderMetadata.h"
 #include "support/StandardMetadata.h"
 
+#include <limits>
+
 namespace MXF::Zelm::Test {
 
 using namespace Metadata;
@@ -157,6 +159,7 @@ TEST(Building, MakesAnOpAtomHeaderWhoseLengthComesLater) {
     EXPECT_EQ(*descriptor.avgBps(), 288000u);
     EXPECT_EQ(fileDescriptorForTrack(read, 1), read.descriptor());
     EXPECT_EQ(packageDurationInSeconds(read), (Templates::Rational<std::int64_t>{1, 1}));
+    EXPECT_FALSE(packageDurationAsTimeCode(read).isDefined()) << "samples are no frames";
     auto const data = findPreface(*metadata).contentStorage()->essenceContainerData();
     ASSERT_EQ(data.size(), 1u);
     EXPECT_EQ(*data[0]->linkedPackageUID(), *read.packageUID());

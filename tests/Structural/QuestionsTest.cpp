@@ -9,6 +9,8 @@
 #include "support/Bytes.h"
 #include "support/StandardMetadata.h"
 
+#include <limits>
+
 namespace MXF::Zelm::Test {
 
 using namespace Metadata;
@@ -149,6 +151,33 @@ TEST_F(Questions, SurviveCircularDescriptorsAndSetsOfAnotherClass) {
     EXPECT_EQ(picture.sequence(), nullptr);
     EXPECT_FALSE(isEssenceTrack(&picture));
     EXPECT_EQ(packageDurationInSeconds(package), (Seconds{2, 1}));
+}
+
+TEST_F(Questions, ListWhatASetLacks) {
+    auto& track = Structural::create<StaticTrack>(*metadata);
+    auto const lacking = [&] {
+        std::vector<Types::UniversalLabel> labels;
+        Templates::vector<MissingAttribute> missing;
+        track.missingAttributes(missing);
+        for (auto const& each : missing)
+            labels.push_back(each.attribute->metaElement().universalLabel());
+        return labels;
+    };
+    EXPECT_EQ(lacking(),
+              (std::vector<Types::UniversalLabel>{Properties::trackNumber.label, Properties::trackID.label,
+                                                  Properties::sequence.label}));
+    track.trackID(Types::UInt32(std::uint32_t{1}));
+    track.sequence(*picture.sequence());
+    EXPECT_EQ(lacking(), std::vector<Types::UniversalLabel>{Properties::trackNumber.label});
+}
+
+TEST(DataDefinitions, AreToldInAnyVersion) {
+    using namespace KLV::Literals;
+    EXPECT_TRUE(isTimecodeDataDefinition("060E2B34.0401010D.01030201.02000000"_key));
+    EXPECT_TRUE(isEssenceDataDefinition("060E2B34.0401010D.01030202.03000000"_key));
+    EXPECT_TRUE(isEssenceDataDefinition(DataDefinitions::legacySound));
+    EXPECT_FALSE(isEssenceDataDefinition(DataDefinitions::descriptiveMetadata));
+    EXPECT_FALSE(isTimecodeDataDefinition(DataDefinitions::descriptiveMetadata));
 }
 
 TEST_F(Questions, SetAndRemoveAReference) {

@@ -46,8 +46,8 @@ MXFZELM_EXPORT Types::UniversalLabel const* essenceULOfTrack(SourcePackage const
 MXFZELM_EXPORT Templates::Rational<std::int64_t> packageDurationInSeconds(GenericPackage const& package);
 
 /// The same, counted in frames of the package's timecode, else of its longest track; undefined when it is not
-/// known or no timecode counts it. Durations from 24 hours on wrap. Throws as `startTimecode` for timecode
-/// tracks.
+/// known, or what counts are no frames but samples (above 120 in a second). Durations from 24 hours on wrap.
+/// Throws as `startTimecode` does.
 MXFZELM_EXPORT Utils::TimeCode packageDurationAsTimeCode(GenericPackage const& package);
 
 /// The first timecode of the package's timecode track; undefined when there is no such track, or its

@@ -18,6 +18,8 @@ namespace {
 
 using Seconds = Templates::Rational<std::int64_t>;
 
+constexpr double fastestFrameRate = 120;
+
 ContentStorage const& contentStorageOf(PartitionMetadata const& metadata) {
     auto const* const storage = findPreface(metadata).contentStorage();
     if (storage == nullptr)
@@ -187,6 +189,8 @@ Utils::TimeCode packageDurationAsTimeCode(GenericPackage const& package) {
     auto const* const counting = base && timecode->editRate() != nullptr ? timecode : track;
     try {
         auto const rate = counting->editRate()->value();
+        if (rate.toDouble() > fastestFrameRate)
+            return {}; // of samples
         return {base ? *base : Utils::TimeBase::ofEditRate(rate), Utils::secondsToFrames(seconds, rate)};
     } catch (Exceptions::InvalidValue const&) {
         return {}; // a rate that timecode does not count
