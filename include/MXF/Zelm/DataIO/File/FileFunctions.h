@@ -1,5 +1,5 @@
-/// What the system does with files as a whole. Names are UTF-8, or UTF-16 in the second form of each function.
-/// All throw Exceptions::SystemError with the file's name and the system's text.
+/// What the system does with files as a whole. Names are UTF-8, or UTF-16 in the second form of each
+/// function. All throw Exceptions::SystemError with the file's name and the system's text.
 #pragma once
 
 #include "MXF/Zelm/Platform/Export.h"

@@ -59,7 +59,8 @@ bool exists(std::string_view name) {
 }
 
 bool sameFile(std::string_view a, std::string_view b) {
-    struct stat first {}, second {};
+    struct stat first {
+    }, second{};
     for (auto const& [name, status] : {std::pair(a, &first), std::pair(b, &second)})
         if (::stat(std::string(name).c_str(), status) != 0) {
             if (!nothingThere())
