@@ -91,7 +91,7 @@ public:
         } catch (Exceptions::InvalidValue const& refusal) {
             reportFault(file_, refusal.message());
         } catch (Exceptions::InvalidChange const& refusal) {
-            reportFault(file_, refusal.message());
+            reportRefusal(refusal.message());
         } catch (Exceptions::InvalidFormat const&) {
             throw; // a dictionary
         } catch (Exceptions::BaseException const& fault) {
@@ -101,6 +101,16 @@ public:
     }
 
 private:
+    /// The updater's messages begin with the name of the file that they are about.
+    void reportRefusal(std::string const& message) const {
+        auto const separator = message.find(": ");
+        std::string const name = message.substr(0, separator);
+        bool const isNamed = separator != std::string::npos && (name == file_ || name == output_);
+        bool const hasNoRoom = message.find("do not fit in place") != std::string::npos;
+        reportFault(isNamed ? name : file_, (isNamed ? message.substr(separator + 2) : message) +
+                                                (hasNoRoom ? " (-o writes a new file)" : ""));
+    }
+
     ExitStatus endUndo() const {
         if (!MXFIO::UndoRecord::exists(file_))
             throw Exceptions::InvalidChange("there is no undo record: no edit of this file was cut off");

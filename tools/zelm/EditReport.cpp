@@ -124,7 +124,11 @@ void printRemarks(EditReport const& report) {
     for (auto const& partition : plan->partitions)
         if (!partition.remark.empty() && partition.remark != plan->reason)
             std::cout << "the partition at " << hex(partition.offset)
-                      << " keeps its metadata: " << partition.remark << "\n";
+                      << " keeps its metadata: " << partition.remark
+                      << (partition.role == MXFIO::PartitionUpdate::Role::CopyLeft
+                              ? "; programs that read that copy see the old values (-o brings it in step)"
+                              : "")
+                      << "\n";
 }
 
 void printPlan(EditReport const& report) {
