@@ -46,6 +46,10 @@ function(mxfzelm_own_library target export_name)
         # Before 1.0 a minor version may change the binary interface.
         SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
         INSTALL_RPATH "$ORIGIN")
+    if(UNIX AND NOT APPLE AND BUILD_SHARED_LIBS)
+        # Tables of virtual functions then need no look-up by name when the library is loaded.
+        target_link_options(${target} PRIVATE LINKER:-Bsymbolic-functions)
+    endif()
     if(MXFZELM_FUZZ)
         target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
     endif()

@@ -72,4 +72,13 @@ std::string_view findName(Key const& key) {
     return newest;
 }
 
+void forEachName(std::function<void(Key const&, std::string_view)> const& visit) {
+    auto const text = rows();
+    for (std::size_t at = 0; at < text.size();) {
+        auto const row = rowAt(text, at);
+        visit(row.label, row.name);
+        at = row.end;
+    }
+}
+
 } // namespace MXF::ZelmDictionary

@@ -1,5 +1,6 @@
 #include "MXF/Zelm/DataIO/File/FileDataSink.h"
 #include "MXF/Zelm/DataIO/File/FileDataSource.h"
+#include "MXF/Zelm/DataIO/File/FileFunctions.h"
 
 #include "DataIO/Cuts.h"
 #include "MXF/Zelm/Platform/Text.h"
@@ -162,6 +163,29 @@ TEST(FileDataSink, BuffersSeeksAndCuts) {
             Exceptions::SystemError);
     }
     EXPECT_TRUE(sameBytes(readFile(name), expected));
+}
+
+TEST(File, IsRenamedRemovedAndCompared) {
+    namespace File = DataIO::File;
+    TemporaryFolder const folder;
+    std::string const a = folder.file("ä.mxf"), b = folder.file("b.mxf"), none = folder.file("none/c.mxf");
+    writeFile(a, hex("01"));
+    writeFile(b, hex("02"));
+    EXPECT_TRUE(File::exists(Platform::toUtf16(a)));
+    EXPECT_FALSE(File::exists(none));
+    EXPECT_TRUE(File::sameFile(a, folder.file("./ä.mxf")));
+    EXPECT_FALSE(File::sameFile(a, b) || File::sameFile(a, none));
+    // An existing file is replaced only when asked.
+    EXPECT_THROW(File::rename(a, b, false), Exceptions::SystemError);
+    EXPECT_EQ(readFile(a) + readFile(b), hex("01 02"));
+    File::rename(a, b, true);
+    EXPECT_EQ(readFile(b), hex("01"));
+    File::rename(b, a, false);
+    File::synchronizeEntry(a);
+    EXPECT_FALSE(File::exists(b));
+    File::remove(a);
+    EXPECT_FALSE(File::exists(a));
+    EXPECT_THROW(File::remove(a), Exceptions::SystemError);
 }
 
 } // namespace MXF::Zelm::Test

@@ -1,14 +1,10 @@
 /// The header metadata of files that independent programs made: loaded, written and loaded again. The files
 /// lie in ../shared/samples; without them the tests skip.
 #include "MXF/Zelm/ByteCoders/Hexadecimal.h"
-#include "MXF/Zelm/DataIO/File/FileDataSource.h"
-#include "MXF/Zelm/DataIO/Memory/MemoryViewDataSource.h"
-#include "MXF/Zelm/MXFIO/Partition.h"
-#include "MXF/Zelm/MXFIO/Reader2.h"
 #include "MXF/Zelm/Platform/Text.h"
 #include "MXF/ZelmDictionary/Dictionary.h"
 #include "MXF/ZelmDictionary/Names.h"
-#include "support/Files.h"
+#include "support/HeaderMetadata.h"
 #include "support/SmallDictionary.h"
 
 #include <map>
@@ -18,43 +14,6 @@ namespace MXF::Zelm::Test {
 using namespace Metadata;
 
 namespace {
-
-std::string nameOf(std::filesystem::path const& path) {
-    auto const text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
-/// Calls `action(metadata, bytes of the file, where)` for each partition with metadata of each sample.
-template <class Action>
-void forEachMetadata(MXFIO::Reader::DictionaryPtr const& dictionary, Action action) {
-    for (auto const& path : sampleFiles()) {
-        DataIO::File::FileDataSource source(nameOf(path));
-        MXFIO::Reader2 reader(source, dictionary, 65536);
-        Bytes const bytes = readFile(nameOf(path));
-        std::size_t partitions = 0;
-        for (auto* at = reader.headerPartition(); at != nullptr; at = reader.nextPartition(at), ++partitions)
-            if (auto const metadata = at->metadata())
-                action(*metadata, bytes,
-                       nameOf(path.filename()) + " partition " + std::to_string(partitions));
-        EXPECT_GT(partitions, 0u) << path;
-    }
-}
-
-/// The sets that stand in written header metadata.
-std::unique_ptr<PartitionMetadata> loadAgain(Bytes const& bytes,
-                                             MXFIO::Reader::DictionaryPtr const& dictionary) {
-    DataIO::Memory::MemoryViewDataSource source(bytes.data(), bytes.size());
-    KLV::Reader reader(source);
-    std::uint64_t skipped = 0;
-    auto packet = reader.nextKLV(skipped, 0);
-    auto metadata = std::make_unique<PartitionMetadata>(
-        std::make_unique<PartitionDictionary>(dictionary, std::make_unique<Packs::PrimerPack>(*packet)));
-    while (!source.endOfStream()) {
-        packet = reader.nextKLV(skipped, 0);
-        metadata->loadOrKeepDark(*packet);
-    }
-    return metadata;
-}
 
 /// All that a partition's metadata holds, as text: by set, element by element, invalid and dark bytes
 /// included.
@@ -99,13 +58,7 @@ bool isStandard(Types::UniversalLabel const& label, MetaMetadata::Dictionary con
     return dictionary.findMetaElementOfAnyVersion(label) != nullptr;
 }
 
-class Samples : public testing::Test {
-protected:
-    void SetUp() override {
-        if (sampleFiles().empty())
-            GTEST_SKIP() << "no sample files in " << MXFZELM_SAMPLES_DIR;
-    }
-};
+using Samples = SampleTest;
 
 } // namespace
 

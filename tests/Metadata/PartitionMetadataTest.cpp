@@ -139,27 +139,89 @@ TEST(PartitionMetadata, UndoesAChangeThatAListenerRefuses) {
     auto& array = dynamic_cast<ArrayElement&>(set.find(lines));
     metadata->addMetadataListener(listener, false);
     Bytes const before = written(*metadata, true, SerializationOrder::AsLoaded);
-    std::pair<const char*, std::function<void()>> const rows[] = {
-        {"created", [&] { metadata->createMetadataSet(storageKey); }},
-        {"created", [&] { load(*metadata, klv(thingKey, uidItem(1))); }},
-        {"removed", [&] { metadata->removeMetadataSet(*set.instanceUID()); }},
-        {"added", [&] { set.value(next, StrongReference(uid(9))); }},
-        {"updated", [&] { set.value(title, UTF16String(u"y")); }},
-        {"updated", [&] { set.value(instanceUID, uid(5)); }},
-        {"collection", [&] { set.value(lines, arrayOf(3, 4)); }},
-        {"member", [&] { array.add(Types::Int32(5)); }},
-        {"member", [&] { array.set(0, Types::Int32(5)); }},
-        {"dropped", [&] { set.removeElement(title); }},
+    auto const refusing = std::make_shared<Recorder>(log, "b");
+    metadata->addMetadataListener(refusing, false);
+    metadata->addMetadataListener(std::make_shared<Recorder>(log, "c"), false);
+    std::string const own = Platform::toUtf8(set.instanceUID()->toString());
+    std::string const other = Platform::toUtf8(uid(5).toString());
+    struct {
+        std::string told, opposite;
+        std::function<void()> action;
+    } const rows[] = {
+        {"created Storage", "removed Storage", [&] { metadata->createMetadataSet(storageKey); }},
+        {"created Thing", "removed Thing", [&] { load(*metadata, klv(thingKey, uidItem(1))); }},
+        {"removed Thing", "created Thing", [&] { metadata->removeMetadataSet(*set.instanceUID()); }},
+        {"added Next=" + other, "dropped Next", [&] { set.value(next, StrongReference(uid(5))); }},
+        {"updated Title:x>y", "updated Title:y>x", [&] { set.value(title, UTF16String(u"y")); }},
+        {"updated InstanceUID:" + own + ">" + other, "updated InstanceUID:" + other + ">" + own,
+         [&] { set.value(instanceUID, uid(5)); }},
+        {"collection Lines:[1][2]>[3][4]", "collection Lines:[3][4]>[1][2]",
+         [&] { set.value(lines, arrayOf(3, 4)); }},
+        {"member Lines[1][2][5]2:->5", "member Lines[1][2]2:5>-", [&] { array.add(Types::Int32(5)); }},
+        {"member Lines[5][2]0:1>5", "member Lines[1][2]0:5>1", [&] { array.set(0, Types::Int32(5)); }},
+        {"dropped Title", "added Title=x", [&] { set.removeElement(title); }},
     };
-    for (auto const& [refuse, action] : rows) {
-        listener->refuse = refuse;
+    for (auto const& [told, opposite, action] : rows) {
+        refusing->refuse = told;
+        log.clear();
         EXPECT_EQ(thrownBy<Exceptions::InvalidChange>(action), "refused");
-        EXPECT_TRUE(sameBytes(written(*metadata, true, SerializationOrder::AsLoaded), before)) << refuse;
+        EXPECT_EQ(log, "a " + told + "\nb " + told + "\na " + opposite + "\n");
+        EXPECT_FALSE(metadata->isUndoing());
+        EXPECT_TRUE(sameBytes(written(*metadata, true, SerializationOrder::AsLoaded), before)) << told;
         EXPECT_EQ(metadata->size(), 1u);
         EXPECT_EQ(metadata->find(*set.instanceUID()), &set);
         EXPECT_EQ(metadata->find(uid(5)), nullptr);
     }
     EXPECT_THROW(set.removeElement(instanceUID), Exceptions::InvalidChange);
+    listener->refuse = "updated Title:y"; // the undoing, which nobody can refuse
+    refusing->refuse = "updated Title:x";
+    EXPECT_EQ(thrownBy([&] { set.value(title, UTF16String(u"y")); }), "refused");
+    EXPECT_EQ(set.value<UTF16String>(title)->value(), u"x");
+}
+
+TEST(PartitionMetadata, LetsNoListenerChangeTheVeryThingThatItIsToldOf) {
+    auto const metadata = emptyMetadata();
+    std::string log;
+    MetadataSet& set = metadata->createMetadataSet(thingKey);
+    set.value(title, UTF16String(u"x"));
+    struct Meddling : Recorder {
+        using Recorder::Recorder;
+        void createdMetadataSet(MetadataSet* created) override { meddle(*created); }
+        void removedMetadataSet(MetadataSet* removed) override { meddle(*removed); }
+        void updatedElement(MetadataSet& changed, MetaMetadata::MetaElement const*, Element&,
+                            Types::SimpleDataType const&, Types::SimpleDataType const&) override {
+            meddle(changed);
+        }
+        std::function<void(MetadataSet&)> meddle;
+    };
+    auto const meddling = std::make_shared<Meddling>(log, "a");
+    metadata->addMetadataListener(meddling, false);
+    metadata->addMetadataListener(std::make_shared<Recorder>(log, "b"), false);
+    auto const remove = [&](MetadataSet& told) { metadata->removeMetadataSet(*told.instanceUID()); };
+    auto const change = [](MetadataSet& told) { told.value(title, UTF16String(u"z")); };
+    auto const drop = [](MetadataSet& told) { told.removeElement(title); };
+    struct {
+        std::function<void()> action;
+        std::function<void(MetadataSet&)> meddle;
+    } const rows[] = {
+        {[&] { set.value(title, UTF16String(u"y")); }, change},
+        {[&] { set.value(title, UTF16String(u"y")); }, drop},
+        {[&] { set.value(title, UTF16String(u"y")); }, remove},
+        {[&] { metadata->createMetadataSet(thingKey); }, remove},
+        {[&] { remove(set); }, remove},
+        {[&] { remove(set); }, change},
+        {[&] { remove(set); }, [](MetadataSet& told) { told.value(lines, arrayOf(1, 2)); }},
+    };
+    for (auto const& row : rows) {
+        meddling->meddle = row.meddle;
+        EXPECT_THROW(row.action(), Exceptions::InvalidChange);
+        EXPECT_EQ(set.size(), 2u);
+        EXPECT_EQ(set.value<UTF16String>(title)->value(), u"x");
+        EXPECT_EQ(metadata->size(), 1u);
+    }
+    EXPECT_EQ(log, "") << "the other one hears of nothing";
+    meddling->meddle = [](MetadataSet&) {};
+    remove(set);
 }
 
 TEST(PartitionMetadata, AllowsListenersToChangeWhatTheyAreToldOf) {

@@ -47,6 +47,20 @@ TEST(Names, Labels) {
         EXPECT_EQ(labelName(key), name) << key;
 }
 
+TEST(Names, LabelsOfAName) {
+    using MXF::ZelmDictionary::labelsNamed;
+    for (auto const* const name : {"OP3b, external essence, stream, uni-track, processing at joins",
+                                   "picture essence TRACK", "OP-Atom, one track, one source clip"}) {
+        auto const found = labelsNamed(name);
+        ASSERT_EQ(found.size(), 1u) << name;
+        EXPECT_EQ(labelsNamed(labelName(found[0])), found) << name;
+    }
+    EXPECT_EQ(labelsNamed("OP1a").size(), 8u) << "the beginning of several";
+    EXPECT_TRUE(labelsNamed("OP1").empty()) << "the beginning of a word";
+    EXPECT_TRUE(labelsNamed("").empty());
+    EXPECT_TRUE(labelsNamed("MPEG picture element, frame wrapped").empty()) << "a key";
+}
+
 Case const keys[] = {
     {"060E2B34.02050101.0D010201.01020100"_key, "header partition pack, open and incomplete"},
     {"060E2B34.02050101.0D010201.01030200"_key, "body partition pack, closed and incomplete"},

@@ -35,6 +35,8 @@ std::unique_ptr<Command> makeInfoCommand();
 std::unique_ptr<Command> makePartitionsCommand();
 std::unique_ptr<Command> makeKlvCommand();
 std::unique_ptr<Command> makeDumpCommand();
+std::unique_ptr<Command> makeDiffCommand();
+std::unique_ptr<Command> makeEditCommand();
 
 /// The options that all reporting commands share.
 struct ReportOptions {

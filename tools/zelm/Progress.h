@@ -24,6 +24,12 @@ public:
             look(done);
     }
 
+    /// The same for work that tells of itself only some times a second.
+    void update(std::uint64_t done) {
+        if (active_)
+            look(done);
+    }
+
 private:
     static constexpr unsigned callsBetweenLooks = 1u << 14;
     using Clock = std::chrono::steady_clock;

@@ -27,6 +27,8 @@ constexpr CommandRow commandRows[] = {
      makePartitionsCommand},
     {"klv", "List the KLV packets of a file, or count them by key", makeKlvCommand},
     {"dump", "Show the header metadata as a tree, every property decoded", makeDumpCommand},
+    {"diff", "Compare two files: partitions, metadata by role, index tables, essence", makeDiffCommand},
+    {"edit", "Change properties of the header metadata, in place or into a new file", makeEditCommand},
 };
 
 /// Runs a command; the exceptions that a command does not report itself end here.
@@ -111,7 +113,7 @@ void ReportOptions::declare(CLI::App& parser) {
         .add_option("--dictionary", dictionaries,
                     "A file with further definitions of set classes; may be repeated")
         ->type_name("FILE")
-        ->expected(1);
+        ->allow_extra_args(false); // one after each option, which may come again
 }
 
 } // namespace Zelm

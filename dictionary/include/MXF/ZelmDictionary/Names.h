@@ -9,12 +9,17 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace MXF::ZelmDictionary {
 
 /// The name of a label: "OP1a, internal essence, stream, multi-track". A label that the registers hold with
 /// another version (byte 7) is found too. Empty when unknown.
 MXFZELM_DICTIONARY_EXPORT std::string labelName(Zelm::Types::UniversalLabel const& label);
+
+/// The labels of a name, the case of ASCII letters left out of account: those that have it or, if none has,
+/// those whose names begin with it ("OP1a"), in ascending order.
+MXFZELM_DICTIONARY_EXPORT std::vector<Zelm::Types::UniversalLabel> labelsNamed(std::string_view name);
 
 /// What a KLV packet with this key holds: "header partition pack, closed and complete", "MPEG picture element
 /// 1 of 1, frame wrapped", "Preface"; "unknown" when the key is not known.

@@ -82,13 +82,19 @@ protected:
     template <class Value>
     void replace(Templates::auto_ptr<Value>& slot, Templates::auto_ptr<Value> next);
 
-    /// Runs `tellOwner(owner)` unless nobody is to be told; when it throws, runs `undo` and passes the
-    /// exception on.
+    /// Runs `tellOwner(owner)` unless nobody is to be told; when it throws, runs `undo`, has the owner tell
+    /// of that and passes the exception on. Throws Exceptions::InvalidChange, `undo` done, when the owner is
+    /// telling of a change of this very element or of the removal of its set.
     template <class Tell, class Undo>
     void announce(Tell tellOwner, Undo undo);
 
 private:
     friend class MetadataSet;
+    class Telling;
+
+    /// Tell the owner that the set holds the element now, or that it is about to drop it.
+    void announceAdded();
+    void announceRemoved();
 
     /// A copy with the same value, also one that breaks a limit, as a file may hold it.
     Templates::auto_ptr<Element> copyFor(MetadataSet* set) const;
@@ -98,7 +104,8 @@ private:
     AttributePtr attribute_;
     MetadataSet* set_;
     std::uint64_t offset_ = noOffset;
-    bool isHeld_ = false; // the set holds the element, so that changes are told
+    bool isHeld_ = false;   // the set holds the element, so that changes are told
+    bool isToldOf_ = false; // the owner is telling of a change of the element
 };
 
 /// Holds a value that is not a reference.

@@ -34,6 +34,12 @@ public:
 
 } // namespace Visitors
 
+/// An attribute that a set should have and has not. The attribute is the dictionary's.
+struct MissingAttribute {
+    MetadataSet const* set;
+    MetaMetadata::MetaAttribute const* attribute;
+};
+
 /// Owns its elements; is owned by its partition metadata.
 class MXFZELM_EXPORT MetadataSet : public Platform::Allocated {
 public:
@@ -173,6 +179,10 @@ public:
     void possiblyOpenElements(Templates::vector<Element*>& elements) const;
     void possiblyIncompleteElements(Templates::vector<Element*>& elements) const;
 
+    /// Appends what the set lacks: the attributes of its class that must be present (required, required of
+    /// encoders, best effort) and have no element.
+    void missingAttributes(Templates::vector<MissingAttribute>& missing) const;
+
     /// Elements that the class does not declare, although the dictionary knows them.
     void possiblyForbiddenElements(Templates::vector<Element*>& elements) const;
 
@@ -203,7 +213,9 @@ private:
     MetaMetadata::MetaMetadataSet const* definition_;
     MetadataSetOwner* owner_;
     unsigned char berLength_;
-    bool isHeld_; // the owner holds the set
+    bool isHeld_ = false;    // the owner holds the set
+    bool isLeaving_ = false; // the owner is telling of its removal
+    unsigned tellings_ = 0;  // changes of the set that the owner is telling of
     std::optional<std::uint64_t> offset_;
     Elements elements_;
     Elements invalid_;

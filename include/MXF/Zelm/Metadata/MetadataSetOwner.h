@@ -38,6 +38,13 @@ public:
     virtual void removedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition,
                                 Element& element, Types::BaseType const& value) = 0;
 
+    /// The change that the owner just refused by throwing is undone: the element holds again what it held
+    /// before. One that had been added is taken out after this call.
+    virtual void changeUndone() {}
+
+    /// True while the owner tells of the undoing of a change, which nobody can refuse.
+    virtual bool isUndoing() const { return false; }
+
     /// `clone` is a new set that this owner is to hold.
     virtual void metadataSetCloned(MetadataSet const& original, MetadataSet& clone) = 0;
 };

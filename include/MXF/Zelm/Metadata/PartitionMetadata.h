@@ -7,6 +7,8 @@
 #include "MXF/Zelm/Metadata/PartitionDictionary.h"
 #include "MXF/Zelm/Metadata/PartitionMetadataListener.h"
 
+#include <functional>
+#include <list>
 #include <memory>
 
 namespace MXF::Zelm::Metadata {
@@ -26,8 +28,8 @@ enum class SerializationOrder {
 };
 
 /// Owns its sets. Listeners are shared; when several are attached they are told in the order of attaching,
-/// the index listener last. A listener that throws ends the change: listeners told before it are not told
-/// again.
+/// the index listener last. A listener that throws ends the change: it is undone, and the listeners told
+/// before are told the opposite, the last one first (see PartitionMetadataListener).
 class MXFZELM_EXPORT PartitionMetadata : public MetadataSetOwner, public Platform::Allocated {
 public:
     using Sets = Templates::multimap<KLV::Key, MetadataSet*>;
@@ -63,6 +65,7 @@ public:
     MetadataSet& addMetadataSet(Templates::auto_ptr<MetadataSet> set);
 
     /// Removes the set with an instance UID; false when there is none. A listener may refuse by throwing.
+    /// Throws Exceptions::InvalidChange while listeners are told of a change of the set.
     bool removeMetadataSet(Types::UUID const& instanceUID);
 
     DarkMetadataSet& addDarkMetadataSet(Templates::auto_ptr<DarkMetadataSet> set);
@@ -130,7 +133,11 @@ public:
     void possiblyForbiddenElements(Templates::vector<Element*>& elements) const;
     void getSemanticsValidationElements(Templates::vector<Element*>& elements) const;
 
-    /// Attaches a listener; with `tellExisting` it is told of every set that is there as if just created.
+    /// What the sets lack, as MetadataSet::missingAttributes tells.
+    void missingAttributes(Templates::vector<MissingAttribute>& missing) const;
+
+    /// Attaches a listener; with `tellExisting` it is told of every set that is there as if just created. One
+    /// that throws then is not attached.
     void addMetadataListener(ListenerPtr listener, bool tellExisting);
     void removeMetadataListener(ListenerPtr const& listener);
 
@@ -151,27 +158,49 @@ public:
                                   Types::SimpleDataType const* newMember) override;
     void removedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition, Element& element,
                         Types::BaseType const& value) override;
+    void changeUndone() override;
+    bool isUndoing() const override { return isUndoing_; }
     void metadataSetCloned(MetadataSet const& original, MetadataSet& clone) override;
 
 private:
     struct Place;
+    using Places = std::list<Place>;
+
+    /// A set and where to find it when it is removed.
+    struct Held {
+        MetadataSet* set;
+        Places::iterator place;
+        Sets::iterator byKey;
+    };
+    using HeldSets = Templates::map<Types::UUID, Held>;
+
+    /// Who was told of a change that was then refused, and what they are told when it is undone.
+    struct Refused {
+        Templates::vector<ListenerPtr> told;
+        std::function<void(PartitionMetadataListener&)> opposite;
+    };
+
     void gather(void (MetadataSet::*list)(Templates::vector<Element*>&) const,
                 Templates::vector<Element*>& elements) const;
-    template <class Call>
-    void tell(Call call);
+    Templates::vector<ListenerPtr> listenersToTell() const;
+    template <class Call, class Opposite>
+    void tell(Call call, Opposite opposite);
     KLV::Key keyForNewSet(KLV::Key key);
-    std::vector<Place>::iterator placeOf(MetadataSet const& set);
+    void tellOfExistingSets(PartitionMetadataListener& listener);
+    void drop(HeldSets::iterator held);
     void requireFreeInstanceUID(MetadataSet const& set) const;
     void serializeAsLoaded(DataIO::DataSink& sink, bool withInvalid) const;
 
     Templates::auto_ptr<PartitionDictionary> dictionary_;
-    std::vector<Place> places_; // owns all sets, in the order in which they came
+    Places places_; // owns all sets, in the order in which they came
     Sets sets_;
     DarkSets darkSets_;
-    Templates::map<Types::UUID, MetadataSet*> byInstanceUID_;
+    HeldSets byInstanceUID_;
     Templates::vector<ListenerPtr> listeners_;
     Templates::SharedPtr<Listeners::MetadataIndexListener, Templates::LockedCounter> indexListener_;
     Templates::vector<Fault> faults_;
+    Refused refused_;
+    bool isUndoing_ = false;
 };
 
 } // namespace MXF::Zelm::Metadata

@@ -3,20 +3,29 @@
 
 #include "MXF/Zelm/KLV/Key.h"
 #include "MXF/Zelm/Metadata/MetadataSetOwner.h"
+#include "MXF/Zelm/Platform/MemoryManager.h"
 
 namespace MXF::Zelm::Metadata {
 
-class MXFZELM_EXPORT PartitionMetadataListener {
+/// A listener refuses a change by throwing, before it takes the change in. The change is then undone, and the
+/// listeners that were told of it are told the opposite, the last one first (`MetadataSetOwner::isUndoing` is
+/// true meanwhile; nobody can refuse that): a new set is removed, a removed set is there again with all its
+/// elements, values go back to the old ones.
+///
+/// While it is told, a listener may change other sets and other elements of the same set, of which all
+/// listeners are told at once. It cannot change the element that it is told of, nor remove the set, nor
+/// change a set that is being removed (Exceptions::InvalidChange).
+class MXFZELM_EXPORT PartitionMetadataListener : public Platform::Allocated {
 public:
     virtual ~PartitionMetadataListener();
 
     /// A set with this key is about to be created or loaded; the listener may have it made under another key.
     virtual void metadataSetKey(KLV::Key& key) = 0;
 
-    /// A set was created or loaded.
+    /// A set was created or loaded. It has its elements already; they are not told of one by one.
     virtual void createdMetadataSet(MetadataSet* set) = 0;
 
-    /// A set is being removed; an exception keeps it.
+    /// A set is being removed with all its elements; an exception keeps it.
     virtual void removedMetadataSet(MetadataSet* set) = 0;
 
     /// See MetadataSetOwner.

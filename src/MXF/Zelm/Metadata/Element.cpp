@@ -115,17 +115,53 @@ Templates::auto_ptr<Element> Element::copyFor(MetadataSet* set) const {
     return copy;
 }
 
+/// Keeps an element from being changed and its set from being removed while listeners hear of the element.
+class Element::Telling {
+public:
+    explicit Telling(Element& element) : element_(element) {
+        element_.isToldOf_ = true;
+        ++element_.set_->tellings_;
+    }
+    ~Telling() {
+        --element_.set_->tellings_;
+        element_.isToldOf_ = false;
+    }
+    Telling(Telling const&) = delete;
+    Telling& operator=(Telling const&) = delete;
+
+private:
+    Element& element_;
+};
+
 template <class Tell, class Undo>
 void Element::announce(Tell tellOwner, Undo undo) {
     MetadataSetOwner* const owner = isHeld_ ? set_->listeningOwner() : nullptr;
     if (owner == nullptr)
         return;
+    if (isToldOf_ || set_->isLeaving_) {
+        undo();
+        throw Exceptions::InvalidChange(message("' cannot change while listeners are told of its change"));
+    }
+    Telling const telling(*this);
     try {
         tellOwner(*owner);
     } catch (...) {
         undo();
+        owner->changeUndone();
         throw;
     }
+}
+
+void Element::announceAdded() {
+    announce(
+        [this](MetadataSetOwner& owner) { owner.addedElement(*set_, metaElement(), *this, *baseValue()); },
+        [] {});
+}
+
+void Element::announceRemoved() {
+    announce(
+        [this](MetadataSetOwner& owner) { owner.removedElement(*set_, metaElement(), *this, *baseValue()); },
+        [] {});
 }
 
 template <class Value>

@@ -59,7 +59,7 @@ Visitors::NonConstMetadataSetVisitor::~NonConstMetadataSetVisitor() = default;
 
 MetadataSet::MetadataSet(KLV::Key const& key, MetaMetadata::MetaMetadataSet const* definition,
                          MetadataSetOwner* owner)
-    : key_(key), definition_(definition), owner_(owner), berLength_(defaultBerLength), isHeld_(false) {
+    : key_(key), definition_(definition), owner_(owner), berLength_(defaultBerLength) {
     if (definition == nullptr || definition->key() != key)
         throw Exceptions::InvalidMetadataSet("MetadataSet Key and MetaMetadataSet do not agree");
 }
@@ -225,13 +225,11 @@ Element& MetadataSet::insert(Templates::auto_ptr<Element> created) {
     created->isHeld_ = true;
     Element& element = *created;
     elements_.insert(lowerBound(element.metaElement()->universalLabel()), std::move(created));
-    if (auto* const owner = listeningOwner()) {
-        try {
-            owner->addedElement(*this, element.metaElement(), element, *element.baseValue());
-        } catch (...) {
-            drop(element);
-            throw;
-        }
+    try {
+        element.announceAdded();
+    } catch (...) {
+        drop(element);
+        throw;
     }
     return element;
 }
@@ -292,8 +290,7 @@ bool MetadataSet::removeElement(Types::UniversalLabel const& label) {
     if (attribute != nullptr &&
         attribute->requiredStatus() == MetaMetadata::AttributeRequiredStatus::Required)
         throw Exceptions::InvalidChange(element.message("' is required according to Schema"));
-    if (auto* const owner = listeningOwner())
-        owner->removedElement(*this, element.metaElement(), element, *element.baseValue());
+    element.announceRemoved();
     drop(element);
     return true;
 }
@@ -390,6 +387,16 @@ void MetadataSet::possiblyOpenElements(Templates::vector<Element*>& elements) co
 
 void MetadataSet::possiblyIncompleteElements(Templates::vector<Element*>& elements) const {
     unknownValues([](Status status) { return status == Status::Optional; }, elements);
+}
+
+void MetadataSet::missingAttributes(Templates::vector<MissingAttribute>& missing) const {
+    std::for_each(definition_->metaAttributesBegin(), definition_->metaAttributesEnd(),
+                  [&](auto const& attribute) {
+                      auto const status = attribute->requiredStatus();
+                      if (status != Status::Optional && status != Status::DecoderRequired &&
+                          findElement(attribute->metaElement().universalLabel()) == nullptr)
+                          missing.push_back({this, attribute.get()});
+                  });
 }
 
 void MetadataSet::possiblyForbiddenElements(Templates::vector<Element*>& elements) const {

@@ -7,7 +7,7 @@
 #include "MXF/Zelm/Metadata/StrongReferenceWalk.h"
 #include "MXF/Zelm/Platform/Text.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace MXF::Zelm::Metadata {
 
@@ -16,6 +16,19 @@ namespace {
 std::string toText(KLV::Key const& key) {
     return Platform::toUtf8(key.toString(Types::StringRepresentationEncodingType::URN));
 }
+
+/// Gives a flag a value for as long as it lives.
+class Setting {
+public:
+    Setting(bool& flag, bool value) : flag_(flag), old_(std::exchange(flag, value)) {}
+    ~Setting() { flag_ = old_; }
+    Setting(Setting const&) = delete;
+    Setting& operator=(Setting const&) = delete;
+
+private:
+    bool& flag_;
+    bool old_;
+};
 
 } // namespace
 
@@ -36,17 +49,44 @@ PartitionMetadata::PartitionMetadata(Templates::auto_ptr<PartitionDictionary> di
 
 PartitionMetadata::~PartitionMetadata() = default;
 
-template <class Call>
-void PartitionMetadata::tell(Call call) {
-    auto const listeners = listeners_; // a listener may detach itself
-    for (auto const& listener : listeners)
-        call(*listener);
+/// A copy: a listener may detach itself while it is told.
+Templates::vector<PartitionMetadata::ListenerPtr> PartitionMetadata::listenersToTell() const {
+    auto listeners = listeners_;
     if (indexListener_)
-        call(*indexListener_);
+        listeners.push_back(indexListener_);
+    return listeners;
+}
+
+template <class Call, class Opposite>
+void PartitionMetadata::tell(Call call, Opposite opposite) {
+    Setting const asChange(isUndoing_, false); // made by a listener that is told of an undoing
+    auto listeners = listenersToTell();
+    for (std::size_t told = 0; told < listeners.size(); ++told) {
+        try {
+            call(*listeners[told]);
+        } catch (...) {
+            listeners.resize(told);
+            refused_ = {std::move(listeners), opposite};
+            throw;
+        }
+    }
+}
+
+void PartitionMetadata::changeUndone() {
+    Refused const refused = std::exchange(refused_, {});
+    Setting const asUndoing(isUndoing_, true);
+    for (auto listener = refused.told.rbegin(); listener != refused.told.rend(); ++listener) {
+        try {
+            refused.opposite(**listener);
+        } catch (...) {
+            // The change is undone whatever a listener says to it.
+        }
+    }
 }
 
 KLV::Key PartitionMetadata::keyForNewSet(KLV::Key key) {
-    tell([&key](PartitionMetadataListener& listener) { listener.metadataSetKey(key); });
+    for (auto const& listener : listenersToTell())
+        listener->metadataSetKey(key);
     return key;
 }
 
@@ -107,27 +147,31 @@ void PartitionMetadata::requireFreeInstanceUID(MetadataSet const& set) const {
                                              uid->toString() + u", already defined!");
 }
 
-std::vector<PartitionMetadata::Place>::iterator PartitionMetadata::placeOf(MetadataSet const& set) {
-    return std::find_if(places_.begin(), places_.end(),
-                        [&set](Place const& place) { return place.set.get() == &set; });
+void PartitionMetadata::drop(HeldSets::iterator held) {
+    Held const dropped = held->second;
+    byInstanceUID_.erase(held);
+    sets_.erase(dropped.byKey);
+    places_.erase(dropped.place);
 }
 
 MetadataSet& PartitionMetadata::addMetadataSet(Templates::auto_ptr<MetadataSet> set) {
     requireFreeInstanceUID(*set);
     MetadataSet& added = *set;
     added.owner_ = this;
-    places_.push_back({std::move(set), nullptr});
+    auto const place = places_.insert(places_.end(), {std::move(set), nullptr});
     auto const byKey = sets_.emplace(added.key(), &added);
-    auto const byUID = byInstanceUID_.emplace(*added.instanceUID(), &added).first;
+    byInstanceUID_.emplace(*added.instanceUID(), Held{&added, place, byKey});
     added.isHeld_ = true;
+    ++added.tellings_;
     try {
-        tell([&added](PartitionMetadataListener& listener) { listener.createdMetadataSet(&added); });
+        tell([&added](PartitionMetadataListener& listener) { listener.createdMetadataSet(&added); },
+             [&added](PartitionMetadataListener& listener) { listener.removedMetadataSet(&added); });
     } catch (...) {
-        byInstanceUID_.erase(byUID);
-        sets_.erase(byKey);
-        places_.erase(placeOf(added)); // others may have come behind it
+        changeUndone();
+        drop(byInstanceUID_.find(*added.instanceUID())); // a listener may have changed it
         throw;
     }
+    --added.tellings_;
     return added;
 }
 
@@ -135,12 +179,20 @@ bool PartitionMetadata::removeMetadataSet(Types::UUID const& instanceUID) {
     auto const found = byInstanceUID_.find(instanceUID);
     if (found == byInstanceUID_.end())
         return false;
-    MetadataSet* const set = found->second;
-    tell([set](PartitionMetadataListener& listener) { listener.removedMetadataSet(set); });
-    byInstanceUID_.erase(instanceUID);
-    auto const [first, last] = sets_.equal_range(set->key());
-    sets_.erase(std::find_if(first, last, [set](auto const& entry) { return entry.second == set; }));
-    places_.erase(placeOf(*set));
+    MetadataSet* const set = found->second.set;
+    if (set->tellings_ != 0 || set->isLeaving_)
+        throw Exceptions::InvalidChange(
+            "A metadata set cannot be removed while listeners are told of its change");
+    set->isLeaving_ = true;
+    try {
+        tell([set](PartitionMetadataListener& listener) { listener.removedMetadataSet(set); },
+             [set](PartitionMetadataListener& listener) { listener.createdMetadataSet(set); });
+    } catch (...) {
+        changeUndone();
+        set->isLeaving_ = false;
+        throw;
+    }
+    drop(found);
     return true;
 }
 
@@ -152,7 +204,7 @@ DarkMetadataSet& PartitionMetadata::addDarkMetadataSet(Templates::auto_ptr<DarkM
 
 MetadataSet* PartitionMetadata::find(Types::UUID const& instanceUID) const {
     auto const found = byInstanceUID_.find(instanceUID);
-    return found != byInstanceUID_.end() ? found->second : nullptr;
+    return found != byInstanceUID_.end() ? found->second.set : nullptr;
 }
 
 MetadataSet& PartitionMetadata::find(KLV::Key const& key) const {
@@ -307,11 +359,29 @@ void PartitionMetadata::getSemanticsValidationElements(Templates::vector<Element
     gather(&MetadataSet::getSemanticsValidationElements, elements);
 }
 
+void PartitionMetadata::missingAttributes(Templates::vector<MissingAttribute>& missing) const {
+    for (auto const& [key, set] : sets_)
+        set->missingAttributes(missing);
+}
+
+void PartitionMetadata::tellOfExistingSets(PartitionMetadataListener& listener) {
+    for (auto const& place : places_) {
+        if (!place.set)
+            continue;
+        ++place.set->tellings_; // it stays
+        try {
+            listener.createdMetadataSet(place.set.get());
+        } catch (...) {
+            --place.set->tellings_;
+            throw;
+        }
+        --place.set->tellings_;
+    }
+}
+
 void PartitionMetadata::addMetadataListener(ListenerPtr listener, bool tellExisting) {
     if (tellExisting)
-        for (auto const& place : places_)
-            if (place.set)
-                listener->createdMetadataSet(place.set.get());
+        tellOfExistingSets(*listener);
     listeners_.push_back(std::move(listener));
 }
 
@@ -322,24 +392,30 @@ void PartitionMetadata::removeMetadataListener(ListenerPtr const& listener) {
 void PartitionMetadata::setMetadataIndexListener(
     Templates::SharedPtr<Listeners::MetadataIndexListener, Templates::LockedCounter> listener) {
     if (listener)
-        for (auto const& place : places_)
-            if (place.set)
-                listener->createdMetadataSet(place.set.get());
+        tellOfExistingSets(*listener);
     indexListener_ = std::move(listener);
 }
 
+// The opposite of a change is told when the call that told of the change has ended.
+
 void PartitionMetadata::addedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition,
                                      Element& element, Types::BaseType const& value) {
-    tell(
-        [&](PartitionMetadataListener& listener) { listener.addedElement(set, definition, element, value); });
+    tell([&](PartitionMetadataListener& listener) { listener.addedElement(set, definition, element, value); },
+         [&set, definition, &element, &value](PartitionMetadataListener& listener) {
+             listener.removedElement(set, definition, element, value);
+         });
 }
 
 void PartitionMetadata::updatedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition,
                                        Element& element, Types::Collection const& oldValue,
                                        Types::Collection const& newValue) {
-    tell([&](PartitionMetadataListener& listener) {
-        listener.updatedElement(set, definition, element, oldValue, newValue);
-    });
+    tell(
+        [&](PartitionMetadataListener& listener) {
+            listener.updatedElement(set, definition, element, oldValue, newValue);
+        },
+        [&set, definition, &element, &oldValue, &newValue](PartitionMetadataListener& listener) {
+            listener.updatedElement(set, definition, element, newValue, oldValue);
+        });
 }
 
 void PartitionMetadata::updatedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition,
@@ -348,12 +424,17 @@ void PartitionMetadata::updatedElement(MetadataSet& set, MetaMetadata::MetaEleme
     bool const isInstanceUID = definition != nullptr && definition->universalLabel() == instanceUIDLabel;
     if (isInstanceUID && oldValue != newValue)
         requireFreeInstanceUID(set);
-    tell([&](PartitionMetadataListener& listener) {
-        listener.updatedElement(set, definition, element, oldValue, newValue);
-    });
+    tell(
+        [&](PartitionMetadataListener& listener) {
+            listener.updatedElement(set, definition, element, oldValue, newValue);
+        },
+        [&set, definition, &element, &oldValue, &newValue](PartitionMetadataListener& listener) {
+            listener.updatedElement(set, definition, element, newValue, oldValue);
+        });
     if (isInstanceUID) {
-        byInstanceUID_.erase(Types::UUID(oldValue.rawBuffer()));
-        byInstanceUID_.emplace(Types::UUID(newValue.rawBuffer()), &set);
+        auto entry = byInstanceUID_.extract(Types::UUID(oldValue.rawBuffer()));
+        entry.key() = Types::UUID(newValue.rawBuffer());
+        byInstanceUID_.insert(std::move(entry));
     }
 }
 
@@ -362,9 +443,15 @@ void PartitionMetadata::updatedElementCollection(MetadataSet& set,
                                                  Element& element, Types::Collection const& value,
                                                  std::size_t index, Types::SimpleDataType const* oldMember,
                                                  Types::SimpleDataType const* newMember) {
-    tell([&](PartitionMetadataListener& listener) {
-        listener.updatedElementCollection(set, definition, element, value, index, oldMember, newMember);
-    });
+    tell(
+        [&](PartitionMetadataListener& listener) {
+            listener.updatedElementCollection(set, definition, element, value, index, oldMember, newMember);
+        },
+        [&set, definition, &element, index, oldMember, newMember](PartitionMetadataListener& listener) {
+            auto const& restored = static_cast<Types::Collection const&>(*element.baseValue());
+            listener.updatedElementCollection(set, definition, element, restored, index, newMember,
+                                              oldMember);
+        });
 }
 
 void PartitionMetadata::removedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition,
@@ -372,9 +459,13 @@ void PartitionMetadata::removedElement(MetadataSet& set, MetaMetadata::MetaEleme
     if (definition != nullptr && definition->universalLabel() == instanceUIDLabel)
         throw Exceptions::InvalidChange(
             "A metadata set keeps its instance UID as long as a partition holds it");
-    tell([&](PartitionMetadataListener& listener) {
-        listener.removedElement(set, definition, element, value);
-    });
+    tell(
+        [&](PartitionMetadataListener& listener) {
+            listener.removedElement(set, definition, element, value);
+        },
+        [&set, definition, &element, &value](PartitionMetadataListener& listener) {
+            listener.addedElement(set, definition, element, value);
+        });
 }
 
 void PartitionMetadata::metadataSetCloned(MetadataSet const&, MetadataSet&) {

@@ -8,10 +8,9 @@ namespace MXF::Zelm::Metadata {
 
 namespace {
 
-[[noreturn]] void failCircular(MetadataSet const& set) {
+[[noreturn]] void failCircular(const char16_t* beginning, MetadataSet const& set) {
     auto const* const uid = set.instanceUID();
-    throw Exceptions::InvalidStructure(u"Circular reference for this instanceUID: " +
-                                       (uid != nullptr ? uid->toString() : std::u16string()));
+    throw Exceptions::InvalidStructure(beginning + (uid != nullptr ? uid->toString() : std::u16string()));
 }
 
 } // namespace
@@ -40,7 +39,7 @@ void requireNoCircle(MetadataSet const& set,
         toVisit.pop_back();
         for (auto [entry, last] = parentsOf.equal_range(child); entry != last; ++entry) {
             if (entry->second == &set)
-                failCircular(set);
+                failCircular(u"Circular reference for this instanceUID: ", set);
             if (met.insert(entry->second).second)
                 toVisit.push_back(entry->second);
         }
@@ -74,7 +73,7 @@ void StrongReferenceWalk::from(MetadataSet const& root) {
         MetadataSet const& child = *step.children[step.next++];
         State const state = states_[&child];
         if (state == State::OnPath)
-            failCircular(child);
+            failCircular(circle_, child);
         if (state == State::New)
             enter(child);
     }

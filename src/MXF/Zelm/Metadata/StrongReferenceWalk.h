@@ -19,11 +19,13 @@ void requireNoCircle(MetadataSet const& set,
 /// Appends each set once, before the sets below it or behind them.
 class StrongReferenceWalk {
 public:
-    StrongReferenceWalk(bool parentsFirst, Templates::vector<MetadataSet const*>& sets)
-        : parentsFirst_(parentsFirst), sets_(sets) {}
+    /// `circle` begins the message about a circle.
+    StrongReferenceWalk(bool parentsFirst, Templates::vector<MetadataSet const*>& sets,
+                        const char16_t* circle = u"Circular reference for this instanceUID: ")
+        : parentsFirst_(parentsFirst), sets_(sets), circle_(circle) {}
 
     /// Appends `root` and what lies below it, unless it was met before. Throws Exceptions::InvalidStructure
-    /// with "Circular reference for this instanceUID: ".
+    /// with the beginning given above and the UID.
     void from(MetadataSet const& root);
 
 private:
@@ -40,6 +42,7 @@ private:
 
     bool parentsFirst_;
     Templates::vector<MetadataSet const*>& sets_;
+    const char16_t* circle_;
     std::unordered_map<MetadataSet const*, State> states_;
     Templates::vector<Step> path_;
 };

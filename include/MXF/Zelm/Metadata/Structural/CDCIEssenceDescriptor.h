@@ -74,7 +74,7 @@ public:
     void paddingBits(Types::Int16 const& bits);
     void resetPaddingBits();
 
-    /// False (default) for Cb Y Cr Y, true for Y Cb Y Cr. Optional.
+    /// False (default) for Cb Y Cr Y as in ITU-R BT.601, true for the reverse. Optional.
     Types::Boolean const* reversedByteOrder() const;
     void reversedByteOrder(Types::Boolean const& reversed);
     void resetReversedByteOrder();

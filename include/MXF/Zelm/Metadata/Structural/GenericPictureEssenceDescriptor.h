@@ -137,6 +137,7 @@ public:
     Types::Array const* videoLineMap() const;
     void videoLineMap(Types::Array const& lines);
     void videoLineMap(std::int32_t field1, std::int32_t field2);
+    void addVideoLineMap(Types::Int32 const& line);
     void resetVideoLineMap();
 
     /// The field that comes first in time: 1 (default) or 2; 0 is unspecified. Optional.

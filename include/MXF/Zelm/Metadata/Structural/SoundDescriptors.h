@@ -189,6 +189,7 @@ public:
     /// Optional.
     Types::Array const* fixedChannelStatusData() const;
     void fixedChannelStatusData(Types::Array const& bytes);
+    void addFixedChannelStatusData(Types::UInt8 const& byte);
     void resetFixedChannelStatusData();
 
     /// What the user bits of each channel are, a UInt8 each: 0 undefined (default), 1 192-bit blocks, 2
@@ -201,6 +202,7 @@ public:
     /// User bits, 24 bytes (UInt8) for each channel in turn; by default zero. Optional.
     Types::Array const* fixedUserData() const;
     void fixedUserData(Types::Array const& bytes);
+    void addFixedUserData(Types::UInt8 const& byte);
     void resetFixedUserData();
 };
 

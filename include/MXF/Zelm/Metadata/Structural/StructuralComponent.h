@@ -130,9 +130,11 @@ public:
 
     static KLV::Key const& classKey();
 
-    /// Where the segment begins, in edit units of its track; only on event tracks.
+    /// Where the segment begins, in edit units of its track; on event tracks, which require it, and nowhere
+    /// else.
     Types::Position const* eventStartPosition() const;
     void eventStartPosition(Types::Position const& position);
+    void resetEventStartPosition();
 
     /// What people call the segment. Optional.
     Types::UTF16String const* eventComment() const;

@@ -98,11 +98,13 @@ public:
     /// The body of the PRF marker: UInt16 each. Optional.
     Types::Array const* j2kProfile() const;
     void j2kProfile(Types::Array const& profile);
+    void addJ2kProfile(Types::UInt16 const& part);
     void resetJ2kProfile();
 
     /// The body of the CPF marker: UInt16 each. Optional.
     Types::Array const* j2kCorrespondingProfile() const;
     void j2kCorrespondingProfile(Types::Array const& profile);
+    void addJ2kCorrespondingProfile(Types::UInt16 const& part);
     void resetJ2kCorrespondingProfile();
 };
 

@@ -171,6 +171,9 @@ Types::Array const* GenericPictureEssenceDescriptor::videoLineMap() const {
 void GenericPictureEssenceDescriptor::videoLineMap(Types::Array const& lines) {
     put(*this, Properties::videoLineMap, lines);
 }
+void GenericPictureEssenceDescriptor::addVideoLineMap(Types::Int32 const& line) {
+    Structural::add(*this, Properties::videoLineMap, line);
+}
 void GenericPictureEssenceDescriptor::videoLineMap(std::int32_t field1, std::int32_t field2) {
     Types::Array lines(Types::Int32::typeIdentifier);
     lines.add(Types::Int32(field1));

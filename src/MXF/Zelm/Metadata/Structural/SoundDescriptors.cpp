@@ -243,6 +243,9 @@ Types::Array const* AES3AudioEssenceDescriptor::fixedChannelStatusData() const {
 void AES3AudioEssenceDescriptor::fixedChannelStatusData(Types::Array const& bytes) {
     put(*this, Properties::fixedChannelStatusData, bytes);
 }
+void AES3AudioEssenceDescriptor::addFixedChannelStatusData(Types::UInt8 const& byte) {
+    Structural::add(*this, Properties::fixedChannelStatusData, byte);
+}
 void AES3AudioEssenceDescriptor::resetFixedChannelStatusData() {
     reset(*this, Properties::fixedChannelStatusData);
 }
@@ -261,6 +264,9 @@ Types::Array const* AES3AudioEssenceDescriptor::fixedUserData() const {
 }
 void AES3AudioEssenceDescriptor::fixedUserData(Types::Array const& bytes) {
     put(*this, Properties::fixedUserData, bytes);
+}
+void AES3AudioEssenceDescriptor::addFixedUserData(Types::UInt8 const& byte) {
+    Structural::add(*this, Properties::fixedUserData, byte);
 }
 void AES3AudioEssenceDescriptor::resetFixedUserData() { reset(*this, Properties::fixedUserData); }
 

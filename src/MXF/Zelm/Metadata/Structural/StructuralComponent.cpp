@@ -141,6 +141,7 @@ Types::Position const* DMSegment::eventStartPosition() const {
 void DMSegment::eventStartPosition(Types::Position const& position) {
     put(*this, Properties::eventStartPosition, position);
 }
+void DMSegment::resetEventStartPosition() { reset(*this, Properties::eventStartPosition); }
 Types::UTF16String const* DMSegment::eventComment() const { return get(*this, Properties::eventComment); }
 void DMSegment::eventComment(Types::UTF16String const& comment) {
     put(*this, Properties::eventComment, comment);

@@ -101,12 +101,18 @@ Types::Array const* JPEG2000PictureSubDescriptor::j2kProfile() const {
 void JPEG2000PictureSubDescriptor::j2kProfile(Types::Array const& profile) {
     put(*this, Properties::j2kProfile, profile);
 }
+void JPEG2000PictureSubDescriptor::addJ2kProfile(Types::UInt16 const& part) {
+    Structural::add(*this, Properties::j2kProfile, part);
+}
 void JPEG2000PictureSubDescriptor::resetJ2kProfile() { reset(*this, Properties::j2kProfile); }
 Types::Array const* JPEG2000PictureSubDescriptor::j2kCorrespondingProfile() const {
     return get(*this, Properties::j2kCorrespondingProfile);
 }
 void JPEG2000PictureSubDescriptor::j2kCorrespondingProfile(Types::Array const& profile) {
     put(*this, Properties::j2kCorrespondingProfile, profile);
+}
+void JPEG2000PictureSubDescriptor::addJ2kCorrespondingProfile(Types::UInt16 const& part) {
+    Structural::add(*this, Properties::j2kCorrespondingProfile, part);
 }
 void JPEG2000PictureSubDescriptor::resetJ2kCorrespondingProfile() {
     reset(*this, Properties::j2kCorrespondingProfile);
