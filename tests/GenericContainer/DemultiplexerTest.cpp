@@ -82,13 +82,14 @@ TEST(Wrapping, IsWhatTheLabelSays) {
         ByteCoders::codeInteger(last, label.rawBuffer() + 12);
         return wrappingOf(label);
     };
-    for (std::uint32_t const frame : {0x02010101, 0x02020101, 0x02046001, 0x02046007, 0x02056503, 0x02060100,
-                                      0x02060300, 0x020C0100, 0x020C0600, 0x020D0000, 0x02106009, 0x021C0100})
+    for (std::uint32_t const frame :
+         {0x02010101u, 0x02020101u, 0x02046001u, 0x02046007u, 0x02056503u, 0x02060100u, 0x02060300u,
+          0x020C0100u, 0x020C0600u, 0x020D0000u, 0x02106009u, 0x021C0100u})
         EXPECT_EQ(of(frame), Wrapping::Frame) << std::hex << frame;
-    for (std::uint32_t const clip : {0x02020102, 0x02046002, 0x02050102, 0x02060200, 0x02060400, 0x020C0200,
-                                     0x02110200, 0x02130101, 0x021D0101})
+    for (std::uint32_t const clip : {0x02020102u, 0x02046002u, 0x02050102u, 0x02060200u, 0x02060400u,
+                                     0x020C0200u, 0x02110200u, 0x02130101u, 0x021D0101u})
         EXPECT_EQ(of(clip), Wrapping::Clip) << std::hex << clip;
-    for (std::uint32_t const unknown : {0x027F0100, 0x020460FF, 0x02FF0100, 0x03010000, 0x00000000})
+    for (std::uint32_t const unknown : {0x027F0100u, 0x020460FFu, 0x02FF0100u, 0x03010000u, 0x00000000u})
         EXPECT_EQ(of(unknown), Wrapping::Unknown) << std::hex << unknown;
 }
 

@@ -239,7 +239,7 @@ TEST(EssenceReader, GivesEveryWholeEditUnitOfAFileThatIsCutOff) {
 TEST(EssenceReader, ReadsOnWhenTheFileHasGrown) {
     auto const file = frameWrapped();
     auto const made = makeFile(file.parts);
-    std::size_t at = made.offsets[1] + 100;
+    std::size_t at = static_cast<std::size_t>(made.offsets[1] + 100);
     auto const cut = [&](std::size_t from, std::size_t to) {
         return Bytes(made.bytes.begin() + static_cast<std::ptrdiff_t>(from),
                      made.bytes.begin() + static_cast<std::ptrdiff_t>(to));
