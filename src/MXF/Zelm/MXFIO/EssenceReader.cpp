@@ -64,6 +64,7 @@ bool EssenceReader::previous(EssenceUnit& unit) {
 bool EssenceReader::read(std::int64_t position, EssenceUnit& unit) {
     unit.bodySID = container_.bodySID;
     unit.position = position;
+    unit.isContinued = false;
     if (position < 0)
         return false;
     return wrapping() == Wrapping::Clip ? readClip(position, unit) : readFrame(position, unit);
