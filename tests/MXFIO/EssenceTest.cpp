@@ -301,6 +301,27 @@ TEST(WalkedIndex, IsTheFilesOwnAndCanBeStopped) {
     EXPECT_EQ(constantTable->begin()->second->indexDuration().value(), 5000);
 }
 
+TEST(EssenceReader, FindsEditUnitsOfOneSizeWithoutAWalk) {
+    Bytes body;
+    for (std::uint64_t i = 0; i < 500; ++i)
+        body = std::move(body) + klv(elementKey(pictureTrack), number(i)) + fill(20);
+    File open(makeFile({{.kind = PartitionPack::Header,
+                         .index = written(*makeSegment({.byteCount = 48})),
+                         .body = body,
+                         .indexSID = 2,
+                         .bodySID = 1},
+                        {.kind = PartitionPack::Footer}})
+                  .bytes);
+    EssenceUnit unit;
+    for (std::uint64_t const position : {499u, 250u, 1u}) {
+        ASSERT_TRUE(open.essence.read(static_cast<std::int64_t>(position), unit));
+        EXPECT_EQ(unit.streamOffset, position * 48);
+        EXPECT_EQ(joined(unit.package.elements[0].data), number(position));
+    }
+    EXPECT_EQ(open.essence.end(), 500);
+    EXPECT_EQ(open.essence.seeker().walkedIndex().begin(), 499);
+}
+
 namespace {
 
 EssenceContainer clipContainer(SampleFormat samples, Templates::Rational<int> editRate) {

@@ -64,10 +64,11 @@ public:
     std::optional<std::uint8_t> flags(std::int64_t position);
 
     /// When an edit unit begins: seconds from the zero point of its track. Throws Exceptions::InvalidValue
-    /// when the edit rate is not known.
+    /// when the edit rate is not known or the time is beyond 64 bits.
     Templates::Rational<std::int64_t> time(std::int64_t position) const;
 
-    /// Its timecode by the file package; undefined when that has none.
+    /// Its timecode by the file package; undefined when that has none. Throws as `time` does for a position
+    /// beyond all time.
     Utils::TimeCode timecode(std::int64_t position) const;
 
     /// The value of an element, whatever its size. The source lives no longer than the reader and shares its

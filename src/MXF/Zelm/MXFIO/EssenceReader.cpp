@@ -273,7 +273,9 @@ Templates::Rational<int> EssenceReader::editRate() const {
 
 Templates::Rational<std::int64_t> EssenceReader::time(std::int64_t position) const {
     auto const* const track = mainTrack();
-    return Utils::framesToSeconds(position - (track != nullptr ? track->origin : 0), editRate());
+    auto const origin = static_cast<std::uint64_t>(track != nullptr ? track->origin : 0);
+    return Utils::framesToSeconds(static_cast<std::int64_t>(static_cast<std::uint64_t>(position) - origin),
+                                  editRate());
 }
 
 Utils::TimeCode EssenceReader::timecode(std::int64_t position) const {
