@@ -1,5 +1,5 @@
-/// Reads the essence of whole files: forwards, backwards, anywhere and from a pipe. What is read in one way must
-/// be read in the others too.
+/// Reads the essence of whole files: forwards, backwards, anywhere and from a pipe. What is read in one way
+/// must be read in the others too.
 #include "MXF/Zelm/MXFIO/EssenceReader.h"
 #include "MXF/Zelm/MXFIO/SequentialReader.h"
 #include "support.h"

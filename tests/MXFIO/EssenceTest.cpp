@@ -219,6 +219,26 @@ TEST(EssenceReader, DoesNotFollowAnIndexThatLeadsAstray) {
     }
 }
 
+TEST(BodyStream, GoesOnBehindWhatTheFileDoesNotHave) {
+    auto const package = contentPackage(1);
+    auto const part = [&](std::uint64_t offset) {
+        return Part{.kind = PartitionPack::Body, .body = package, .bodySID = 1, .bodyOffset = offset};
+    };
+    // The first 1000 bytes are missing, and 500 between the partitions.
+    File open(makeFile({{.kind = PartitionPack::Header},
+                        part(1000),
+                        part(1500 + package.size()),
+                        {.kind = PartitionPack::Footer}})
+                  .bytes);
+    std::vector<std::uint64_t> starts;
+    EssenceUnit unit;
+    while (open.essence.next(unit))
+        starts.push_back(unit.streamOffset);
+    EXPECT_EQ(starts, (std::vector<std::uint64_t>{1000, 1500 + package.size()}));
+    EXPECT_FALSE(open.essence.stream().fileOffset(999));
+    EXPECT_TRUE(open.essence.stream().fileOffset(1000));
+}
+
 TEST(EssenceReader, GivesEveryWholeEditUnitOfAFileThatIsCutOff) {
     auto const file = frameWrapped();
     auto const made = makeFile(file.parts);

@@ -17,17 +17,15 @@ std::uint64_t sizeOf(DataIO::RandomAccessDataSource& source) {
 }
 
 /// Where the stream goes on behind a place that the file does not have: at the next partition that says so.
-std::optional<std::uint64_t> behindGap(Reader2& reader, std::uint32_t bodySID, Partition* last,
+/// `last` is the one before, null for none, and becomes that partition.
+std::optional<std::uint64_t> behindGap(Reader2& reader, std::uint32_t bodySID, Partition*& last,
                                        std::uint64_t streamOffset) {
-    Partition* at = last;
-    if (at == nullptr) {
-        at = reader.headerPartition();
-        if (at->partitionPack().bodySID() == bodySID && at->partitionPack().bodyOffset() > streamOffset)
-            return at->partitionPack().bodyOffset();
+    last = last == nullptr ? reader.headerPartition() : reader.nextPartition(last);
+    for (; last != nullptr; last = reader.nextPartition(last)) {
+        auto const& pack = last->partitionPack();
+        if (pack.bodySID() == bodySID && pack.bodyOffset() > streamOffset)
+            return pack.bodyOffset();
     }
-    while ((at = reader.nextPartition(at, bodySID)) != nullptr)
-        if (at->partitionPack().bodyOffset() > streamOffset)
-            return at->partitionPack().bodyOffset();
     return std::nullopt;
 }
 
