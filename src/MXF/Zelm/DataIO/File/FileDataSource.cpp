@@ -18,6 +18,8 @@ constexpr std::size_t largestWindow = 256 * 1024;
 /// Passing over no more than this still counts as reading in sequence: up to about here it costs less to read
 /// the bytes along than to ask the system once more.
 constexpr std::uint64_t largestGap = 8 * 1024;
+/// From here on bytes are read into the caller's buffer, past the window.
+constexpr std::uint64_t smallestDirectRead = 32 * 1024;
 
 } // namespace
 
@@ -36,7 +38,7 @@ std::uint64_t FileDataSource::read(unsigned char* buffer, std::uint64_t size) {
     size = std::min(size, remaining());
     while (done < size) {
         if (position_ < windowStart_ || position_ - windowStart_ >= windowFilled_) {
-            if (size - done >= largestWindow)
+            if (size - done >= smallestDirectRead)
                 return done + readDirectly(buffer + done, size - done);
             if (!fillWindow())
                 break;
@@ -47,8 +49,8 @@ std::uint64_t FileDataSource::read(unsigned char* buffer, std::uint64_t size) {
         std::memcpy(buffer + done, window_.data() + within, count);
         position_ += count;
         done += count;
+        lastReadEnd_ = position_;
     }
-    lastReadEnd_ = position_;
     return done;
 }
 

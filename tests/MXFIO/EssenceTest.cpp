@@ -1,0 +1,475 @@
+/// Reading essence: edit units of containers, with and without an index, whole and cut off.
+#include "MXF/Zelm/DataIO/Memory/MemoryDataSource.h"
+#include "MXF/Zelm/MXFIO/EssenceReader.h"
+#include "MXF/Zelm/MXFIO/SequentialReader.h"
+#include "support/EssenceBody.h"
+#include "support/IndexSegments.h"
+
+#include <numeric>
+
+namespace MXF::Zelm::Test {
+
+using namespace MXFIO;
+using GenericContainer::Wrapping;
+
+namespace {
+
+/// Bytes in memory to which more are added.
+class GrowingSource : public DataIO::RandomAccessDataSource {
+public:
+    explicit GrowingSource(Bytes bytes) : bytes_(std::move(bytes)) {}
+    void append(Bytes const& more) { bytes_ = bytes_ + more; }
+
+    std::uint64_t absoluteOffset() const override { return position_; }
+    bool endOfStream() const override { return remaining() == 0; }
+    std::uint64_t remaining() const override { return bytes_.size() - position_; }
+    void discard() override { position_ = bytes_.size(); }
+    std::uint64_t read(unsigned char* buffer, std::uint64_t size) override {
+        std::uint64_t const from = position_;
+        std::uint64_t const count = skip(size);
+        std::copy_n(bytes_.begin() + static_cast<std::ptrdiff_t>(from), count, buffer);
+        return count;
+    }
+    std::uint64_t skip(std::uint64_t size) override {
+        size = std::min(size, remaining());
+        position_ += size;
+        return size;
+    }
+    std::uint64_t seek(std::uint64_t position) override {
+        return position_ = std::min<std::uint64_t>(position, bytes_.size());
+    }
+
+private:
+    Bytes bytes_;
+    std::uint64_t position_ = 0;
+};
+
+/// A source that cannot seek.
+class Pipe : public DataIO::DataSource {
+public:
+    explicit Pipe(Bytes bytes) : source_(std::move(bytes)) {}
+    std::uint64_t absoluteOffset() const override { return source_.absoluteOffset(); }
+    bool endOfStream() const override { return source_.endOfStream(); }
+    std::uint64_t read(unsigned char* buffer, std::uint64_t size) override {
+        return source_.read(buffer, size);
+    }
+    std::uint64_t skip(std::uint64_t size) override { return source_.skip(size); }
+
+private:
+    DataIO::Memory::MemoryDataSource source_;
+};
+
+struct File {
+    explicit File(Bytes bytes, EssenceReader::Options options = {},
+                  EssenceContainer container = {.bodySID = 1})
+        : source(std::move(bytes)),
+          reader(source, smallDictionary(), 65536),
+          essence(reader, std::move(container), std::move(options)) {}
+
+    GrowingSource source;
+    Reader2 reader;
+    EssenceReader essence;
+};
+
+constexpr std::size_t units = 40;
+
+struct FrameWrapped {
+    std::vector<Part> parts;
+    std::vector<std::uint64_t> starts; // in the stream
+};
+
+/// Edit units in three body partitions, the second of which begins amid an edit unit.
+FrameWrapped frameWrapped() {
+    FrameWrapped made;
+    Bytes body;
+    for (std::size_t i = 0; i < units; ++i) {
+        made.starts.push_back(body.size());
+        body = body + contentPackage(i);
+    }
+    auto const cut = [&](std::uint64_t from, std::uint64_t to) {
+        return Bytes(body.begin() + static_cast<std::ptrdiff_t>(from),
+                     body.begin() + static_cast<std::ptrdiff_t>(to));
+    };
+    std::uint64_t const second = made.starts[10] + 32, third = made.starts[30]; // behind a system item
+    auto const part = [&](std::uint64_t from, std::uint64_t to) {
+        return Part{.kind = PartitionPack::Body, .body = cut(from, to), .bodySID = 1, .bodyOffset = from};
+    };
+    made.parts = {{.kind = PartitionPack::Header},
+                  part(0, second),
+                  part(second, third),
+                  part(third, body.size()),
+                  {.kind = PartitionPack::Footer}};
+    return made;
+}
+
+Bytes indexOf(std::vector<std::uint64_t> const& starts) {
+    std::vector<IndexTables::IndexEntry> entries;
+    for (auto const start : starts)
+        entries.emplace_back(0, 0, true, false, false, false, start);
+    return written(*makeSegment({.duration = std::ssize(starts), .entries = entries}));
+}
+
+void expectUnit(EssenceUnit const& unit, std::size_t number, FrameWrapped const& file) {
+    ASSERT_EQ(unit.position, static_cast<std::int64_t>(number));
+    EXPECT_EQ(unit.streamOffset, file.starts[number]);
+    EXPECT_LE(unit.package.length, contentPackage(number).size());
+    EXPECT_GE(unit.package.length, contentPackage(number).size() - 30) << "but for the fill item";
+    ASSERT_EQ(unit.package.systemItems.size(), 1u);
+    ASSERT_EQ(unit.package.elements.size(), 3u);
+    for (std::uint32_t const track : {pictureTrack, soundTracks[0], soundTracks[1]})
+        EXPECT_EQ(joined(unit.package.element(track)->data), elementValue(number, track)) << number;
+}
+
+/// The position of each edit unit in the order in which `step` gives them.
+template <class Step>
+std::vector<std::int64_t> positions(FrameWrapped const& file, Step step) {
+    std::vector<std::int64_t> found;
+    EssenceUnit unit;
+    while (step(unit)) {
+        expectUnit(unit, static_cast<std::size_t>(unit.position), file);
+        found.push_back(unit.position);
+    }
+    return found;
+}
+
+std::vector<std::int64_t> upTo(std::size_t count) {
+    std::vector<std::int64_t> all(count);
+    std::iota(all.begin(), all.end(), 0);
+    return all;
+}
+
+/// All that can be asked of a file.
+void readEverything(Bytes const& bytes) {
+    File file(bytes);
+    EssenceUnit unit;
+    while (file.essence.next(unit))
+        continue;
+    for (std::int64_t const position : {0, 3, 7, 1000000})
+        file.essence.read(position, unit);
+    file.essence.flags(1);
+    file.essence.end();
+    Pipe pipe(bytes);
+    SequentialReader sequential(pipe, smallDictionary());
+    while (sequential.next(unit))
+        continue;
+}
+
+} // namespace
+
+TEST(EssenceReader, ReadsForwardsBackwardsAndAnywhere) {
+    auto file = frameWrapped();
+    for (bool const indexed : {false, true}) {
+        if (indexed) {
+            file.parts.back().index = indexOf(file.starts);
+            file.parts.back().indexSID = 2;
+        }
+        File open(makeFile(file.parts).bytes);
+        EXPECT_EQ(positions(file, [&](auto& unit) { return open.essence.next(unit); }), upTo(units));
+        EXPECT_EQ(open.essence.wrapping(), Wrapping::Frame);
+        auto backwards = positions(file, [&](auto& unit) { return open.essence.previous(unit); });
+        std::reverse(backwards.begin(), backwards.end());
+        EXPECT_EQ(backwards, upTo(units));
+        EssenceUnit unit;
+        for (std::size_t i = 0; i < units; ++i) {
+            ASSERT_TRUE(open.essence.read(static_cast<std::int64_t>(i * 17 % units), unit));
+            expectUnit(unit, i * 17 % units, file);
+        }
+        EXPECT_FALSE(open.essence.read(units, unit));
+        EXPECT_FALSE(open.essence.read(-1, unit));
+        EXPECT_EQ(open.essence.end(), std::int64_t{units});
+        EXPECT_EQ(open.essence.flags(5), indexed ? std::optional<std::uint8_t>(0x80) : std::nullopt);
+        EXPECT_EQ(open.essence.seeker().walkedIndex().begin(), indexed ? units - 1 : 0)
+            << "walks no more than it must";
+    }
+}
+
+TEST(EssenceReader, PassesOverTracksThatAreNotWanted) {
+    auto const file = frameWrapped();
+    File open(makeFile(file.parts).bytes, {.trackNumbers = {soundTracks[1]}, .largestElement = 32});
+    EssenceUnit unit;
+    ASSERT_TRUE(open.essence.read(7, unit));
+    EXPECT_TRUE(unit.package.element(pictureTrack)->data.empty());
+    EXPECT_EQ(joined(unit.package.element(soundTracks[1])->data), elementValue(7, soundTracks[1]));
+    // What is too large comes as a source.
+    auto const& picture = *unit.package.element(pictureTrack);
+    EXPECT_EQ(picture.length, elementValue(7, pictureTrack).size());
+    DataIO::Chain data;
+    auto const source = open.essence.open(picture);
+    while (!source->endOfStream())
+        source->read(10, data);
+    EXPECT_EQ(joined(data), elementValue(7, pictureTrack));
+}
+
+TEST(EssenceReader, DoesNotFollowAnIndexThatLeadsAstray) {
+    auto file = frameWrapped();
+    auto wrong = file.starts;
+    wrong[5] += 7;  // amid an element
+    wrong[6] += 32; // an element, but not the first
+    wrong[8] = ~0ull;
+    for (std::size_t const cut : {std::size_t{units}, std::size_t{20}}) {
+        wrong.resize(cut);
+        file.parts.back().index = indexOf(wrong);
+        file.parts.back().indexSID = 2;
+        for (std::size_t const position : {5u, 6u, 8u, 39u}) {
+            File open(makeFile(file.parts).bytes);
+            EssenceUnit unit;
+            ASSERT_TRUE(open.essence.read(static_cast<std::int64_t>(position), unit)) << position;
+            expectUnit(unit, position, file);
+        }
+    }
+}
+
+TEST(BodyStream, GoesOnBehindWhatTheFileDoesNotHave) {
+    auto const package = contentPackage(1);
+    auto const part = [&](std::uint64_t offset) {
+        return Part{.kind = PartitionPack::Body, .body = package, .bodySID = 1, .bodyOffset = offset};
+    };
+    // The first 1000 bytes are missing, and 500 between the partitions.
+    File open(makeFile({{.kind = PartitionPack::Header},
+                        part(1000),
+                        part(1500 + package.size()),
+                        {.kind = PartitionPack::Footer}})
+                  .bytes);
+    std::vector<std::uint64_t> starts;
+    EssenceUnit unit;
+    while (open.essence.next(unit))
+        starts.push_back(unit.streamOffset);
+    EXPECT_EQ(starts, (std::vector<std::uint64_t>{1000, 1500 + package.size()}));
+    EXPECT_FALSE(open.essence.stream().fileOffset(999));
+    EXPECT_TRUE(open.essence.stream().fileOffset(1000));
+}
+
+TEST(EssenceReader, GivesEveryWholeEditUnitOfAFileThatIsCutOff) {
+    auto const file = frameWrapped();
+    auto const made = makeFile(file.parts);
+    std::uint64_t const body = made.offsets[3];
+    for (std::uint64_t cut = body; cut < made.offsets[4]; cut += 13) {
+        File open(Bytes(made.bytes.begin(), made.bytes.begin() + static_cast<std::ptrdiff_t>(cut)));
+        auto const found = positions(file, [&](auto& unit) { return open.essence.next(unit); });
+        std::size_t whole = 30;
+        // A content package is whole with its last element; the fill behind it may be missing.
+        auto const streamEnd = open.essence.stream().length();
+        while (whole < units && file.starts[whole] + contentPackage(whole).size() - 30 <= streamEnd)
+            ++whole;
+        EXPECT_EQ(found.size(), whole) << cut;
+        EXPECT_EQ(open.essence.end(), static_cast<std::int64_t>(whole)) << cut;
+    }
+}
+
+TEST(EssenceReader, ReadsOnWhenTheFileHasGrown) {
+    auto const file = frameWrapped();
+    auto const made = makeFile(file.parts);
+    std::size_t at = static_cast<std::size_t>(made.offsets[1] + 100);
+    auto const cut = [&](std::size_t from, std::size_t to) {
+        return Bytes(made.bytes.begin() + static_cast<std::ptrdiff_t>(from),
+                     made.bytes.begin() + static_cast<std::ptrdiff_t>(to));
+    };
+    File open(cut(0, at));
+    std::vector<std::int64_t> found;
+    EssenceUnit unit;
+    for (std::size_t step = 1; at < made.bytes.size(); step = step * 2 % 997) {
+        while (open.essence.next(unit))
+            found.push_back(unit.position);
+        EXPECT_EQ(open.essence.end(), static_cast<std::int64_t>(found.size()));
+        std::size_t const grownTo = std::min(at + step, made.bytes.size());
+        open.source.append(cut(at, grownTo));
+        at = grownTo;
+        open.essence.refresh();
+    }
+    while (open.essence.next(unit)) {
+        expectUnit(unit, found.size(), file);
+        found.push_back(unit.position);
+    }
+    EXPECT_EQ(found, upTo(units));
+}
+
+TEST(WalkedIndex, IsTheFilesOwnAndCanBeStopped) {
+    auto const file = frameWrapped();
+    File open(makeFile(file.parts).bytes);
+    WalkedIndex index(open.essence.stream());
+    ASSERT_TRUE(index.walkTo(3));
+    EXPECT_EQ(index.end(), 4);
+    EXPECT_FALSE(index.isComplete());
+    ASSERT_TRUE(index.walk());
+    EXPECT_TRUE(index.isComplete());
+    auto const table = index.table(2, {25, 1});
+    IndexTables::EditUnitLocator const locator(*table, {open.essence.stream().length()});
+    for (std::size_t i = 0; i < units; ++i) {
+        EXPECT_EQ(locator.locate(static_cast<std::int64_t>(i))->streamOffset, file.starts[i]);
+        EXPECT_EQ(index.length(static_cast<std::int64_t>(i)), contentPackage(i).size());
+    }
+    EXPECT_EQ(locator.end(), std::int64_t{units});
+
+    Bytes body;
+    for (int i = 0; i < 5000; ++i)
+        body = std::move(body) + essence(4);
+    File constant(makeFile({{.kind = PartitionPack::Header, .body = body, .bodySID = 1},
+                            {.kind = PartitionPack::Footer}})
+                      .bytes);
+    WalkedIndex walked(constant.essence.stream());
+    std::uint64_t told = 0;
+    EXPECT_FALSE(walked.walk([&](std::uint64_t done, std::uint64_t total) {
+        told = done;
+        EXPECT_EQ(total, body.size());
+        return false;
+    }));
+    EXPECT_EQ(told, static_cast<std::uint64_t>(walked.end()) * 24);
+    ASSERT_TRUE(walked.walk());
+    auto const constantTable = walked.table(2, {25, 1});
+    ASSERT_EQ(constantTable->size(), 1u);
+    EXPECT_EQ(constantTable->begin()->second->editUnitByteCount()->value(), 24u);
+    EXPECT_EQ(constantTable->begin()->second->indexDuration().value(), 5000);
+}
+
+TEST(EssenceReader, FindsEditUnitsOfOneSizeWithoutAWalk) {
+    Bytes body;
+    for (std::uint64_t i = 0; i < 500; ++i)
+        body = std::move(body) + klv(elementKey(pictureTrack), number(i)) + fill(20);
+    File open(makeFile({{.kind = PartitionPack::Header,
+                         .index = written(*makeSegment({.byteCount = 48})),
+                         .body = body,
+                         .indexSID = 2,
+                         .bodySID = 1},
+                        {.kind = PartitionPack::Footer}})
+                  .bytes);
+    EssenceUnit unit;
+    for (std::uint64_t const position : {499u, 250u, 1u}) {
+        ASSERT_TRUE(open.essence.read(static_cast<std::int64_t>(position), unit));
+        EXPECT_EQ(unit.streamOffset, position * 48);
+        EXPECT_EQ(joined(unit.package.elements[0].data), number(position));
+    }
+    EXPECT_EQ(open.essence.end(), 500);
+    EXPECT_EQ(open.essence.seeker().walkedIndex().begin(), 499);
+}
+
+namespace {
+
+EssenceContainer clipContainer(SampleFormat samples, Templates::Rational<int> editRate) {
+    EssenceContainer container{.bodySID = 1};
+    container.tracks.push_back({.trackID = 2,
+                                .trackNumber = 0x16010400,
+                                .editRate = editRate,
+                                .wrapping = Wrapping::Clip,
+                                .samples = samples});
+    return container;
+}
+
+/// A clip whose bytes tell where they stand.
+Bytes clipValue(std::size_t size) {
+    Bytes bytes(size);
+    for (std::size_t i = 0; i < size; ++i)
+        bytes[i] = static_cast<unsigned char>(i ^ i >> 8);
+    return bytes;
+}
+
+Bytes clipFile(Bytes const& value, Bytes const& index = {}) {
+    return makeFile({{.kind = PartitionPack::Header, .index = index, .indexSID = index.empty() ? 0u : 2u},
+                     {.kind = PartitionPack::Body, .body = klv(elementKey(0x16010400), value), .bodySID = 1},
+                     {.kind = PartitionPack::Footer}})
+        .bytes;
+}
+
+/// The sizes of all edit units, whose bytes are those of the clip in order.
+std::vector<std::size_t> clipUnits(File& file, Bytes const& value) {
+    std::vector<std::size_t> sizes;
+    Bytes all;
+    EssenceUnit unit;
+    while (file.essence.next(unit)) {
+        sizes.push_back(static_cast<std::size_t>(unit.package.length));
+        all = std::move(all) + joined(unit.package.elements[0].data);
+    }
+    EXPECT_TRUE(sameBytes(all, Bytes(value.begin(), value.begin() + std::ssize(all))));
+    EXPECT_EQ(file.essence.end(), std::ssize(sizes));
+    return sizes;
+}
+
+using Sizes = std::vector<std::size_t>;
+
+} // namespace
+
+TEST(EssenceReader, CutsClipsOfSoundAtSamples) {
+    Bytes const value = clipValue(8 * 8008 + 8 * 100);
+    for (auto const& [rate, sizes] : std::vector<std::pair<Templates::Rational<int>, Sizes>>{
+             {{30000, 1001}, {1602, 1601, 1602, 1601, 1602, 100}},
+             {{60000, 1001}, {801, 801, 800, 801, 801, 801, 801, 800, 801, 801, 100}},
+             {{25, 1}, {1920, 1920, 1920, 1920, 428}}}) {
+        File file(clipFile(value), {}, clipContainer({8, {48000, 1}}, rate));
+        Sizes samples;
+        for (auto const size : clipUnits(file, value))
+            samples.push_back(size / 8);
+        EXPECT_EQ(samples, sizes) << rate.numerator;
+    }
+    // A track of single samples in larger edit units, and a cadence that begins elsewhere.
+    File file(clipFile(value), {.editRate = {30000, 1001}}, clipContainer({8, {48000, 1}, 3}, {48000, 1}));
+    EXPECT_EQ(clipUnits(file, value), (Sizes{1601 * 8, 1602 * 8, 1602 * 8, 1601 * 8, 1602 * 8, 800}));
+    EssenceUnit unit;
+    ASSERT_TRUE(file.essence.read(2, unit));
+    EXPECT_EQ(unit.package.elements[0].data,
+              DataIO::Chain(DataIO::Slice::viewOf(&value[3203 * 8], 1602 * 8)));
+    EXPECT_EQ(file.essence.time(2), (Templates::Rational<std::int64_t>{2002, 30000}));
+}
+
+TEST(EssenceReader, CutsClipsByTheirIndex) {
+    Bytes const value = clipValue(1000);
+    auto const container = clipContainer({}, {25, 1});
+    File constant(clipFile(value, written(*makeSegment({.byteCount = 300}))), {}, container);
+    EXPECT_EQ(clipUnits(constant, value), (Sizes{300, 300, 300, 100}));
+    for (std::uint64_t const first : {0u, 20u}) { // from the value, or from the key
+        auto const entries = entriesAt({first, first + 10, first + 700, first + 2000});
+        File variable(clipFile(value, written(*makeSegment({.duration = 4, .entries = entries}))), {},
+                      container);
+        EXPECT_EQ(clipUnits(variable, value), (Sizes{10, 690, 300}));
+    }
+    File whole(clipFile(value), {}, container);
+    EXPECT_EQ(clipUnits(whole, value), (Sizes{1000}));
+    EXPECT_EQ(File(clipFile(value)).essence.wrapping(), Wrapping::Clip);
+}
+
+TEST(EssenceReader, GivesWhatThereIsOfAClip) {
+    Bytes const value = clipValue(1000);
+    Bytes bytes = clipFile(value);
+    bytes.resize(bytes.size() - 700); // amid the value
+    auto const open = [&](SampleFormat samples) { return File(bytes, {}, clipContainer(samples, {25, 1})); };
+    auto sound = open({2, {250, 1}});
+    auto const sizes = clipUnits(sound, value);
+    EXPECT_GT(sizes.size(), 10u);
+    for (auto const size : sizes)
+        EXPECT_EQ(size, 20u);
+    auto whole = open({});
+    EXPECT_EQ(clipUnits(whole, value), Sizes());
+}
+
+TEST(SequentialReader, GivesTheSameFromAPipe) {
+    auto file = frameWrapped();
+    file.parts[0].metadata = smallMetadata();
+    file.parts[3].metadata = smallMetadata(2);
+    auto const made = makeFile(file.parts, {.runIn = repeated(100, 0)});
+    Pipe pipe(made.bytes);
+    SequentialReader reader(pipe, smallDictionary());
+    EXPECT_EQ(positions(file, [&](auto& unit) { return reader.next(unit); }), upTo(units));
+    EXPECT_NE(reader.metadata(), nullptr);
+    EXPECT_EQ(reader.partitionPack()->partitionKind(), PartitionPack::Footer);
+
+    std::uint64_t const body = made.offsets[3] + 100;
+    for (std::uint64_t cut = body; cut < made.offsets[4] + 100; cut += 13) {
+        Bytes const bytes(made.bytes.begin(), made.bytes.begin() + static_cast<std::ptrdiff_t>(cut));
+        Pipe cutPipe(bytes);
+        SequentialReader cutReader(cutPipe, smallDictionary());
+        File seekable(bytes);
+        auto const expected = positions(file, [&](auto& unit) { return seekable.essence.next(unit); });
+        EXPECT_EQ(positions(file, [&](auto& unit) { return cutReader.next(unit); }), expected) << cut;
+    }
+}
+
+TEST(EssenceReader, SurvivesAnyBytes) {
+    auto file = frameWrapped();
+    file.parts[3].body.resize(contentPackage(30).size() + contentPackage(31).size());
+    file.parts.erase(file.parts.begin() + 1, file.parts.begin() + 3);
+    file.parts[1].bodyOffset = 0;
+    file.parts.back().index = indexOf({0, contentPackage(30).size()});
+    file.parts.back().indexSID = 2;
+    survivesEveryFault(makeFile(file.parts).bytes, readEverything);
+    survivesEveryFault(clipFile(clipValue(50), written(*makeSegment({.byteCount = 20}))), readEverything);
+}
+
+} // namespace MXF::Zelm::Test
