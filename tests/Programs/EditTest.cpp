@@ -79,7 +79,8 @@ TEST_F(Edit, FindsEveryPathThatItListsAndReadsEveryValueThatItPrints) {
                                                                 row["value"].get<std::string>()});
         auto const run = edit(arguments);
         ASSERT_EQ(run.status, 0) << name << run.errors;
-        for (auto const& change : Json::parse(run.output)["changes"])
+        auto const changes = Json::parse(run.output)["changes"];
+        for (auto const& change : changes)
             EXPECT_EQ(change["old"], change["new"]) << name << change; // a string loses its end at most
     }
 }
