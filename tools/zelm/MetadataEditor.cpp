@@ -94,13 +94,14 @@ void MetadataEditor::change(PathTarget const& target, std::optional<std::string>
         else
             collection.remove(*target.member);
     }
+    named_.emplace_back(target.set, target.label());
     auto const* const now = target.element();
     if (!before || now == nullptr || !before->equals(*now->baseValue()))
         touched_.emplace_back(target.set, target.label());
 }
 
-bool MetadataEditor::isTouched(MetadataSet const& set, Types::UniversalLabel const& label) const {
-    return std::any_of(touched_.begin(), touched_.end(),
+bool MetadataEditor::isNamed(MetadataSet const& set, Types::UniversalLabel const& label) const {
+    return std::any_of(named_.begin(), named_.end(),
                        [&](auto const& entry) { return entry.first == &set && entry.second == label; });
 }
 
@@ -119,7 +120,7 @@ bool MetadataEditor::isTouchedBelow(std::size_t place) const {
 
 void MetadataEditor::setDate(MetadataSet& set, const char* property) {
     auto const* const attribute = findAttribute(*set.metaMetadataSet(), property);
-    if (attribute != nullptr && !isTouched(set, attribute->metaElement().universalLabel()))
+    if (attribute != nullptr && !isNamed(set, attribute->metaElement().universalLabel()))
         set.value(attribute->metaElement().universalLabel(), Types::Timestamp::now());
 }
 

@@ -41,13 +41,16 @@ private:
 
     void change(PathTarget const& target, std::optional<std::string> const& value);
     void setDate(MetadataSet& set, const char* property);
-    bool isTouched(MetadataSet const& set, MXF::Zelm::Types::UniversalLabel const& label) const;
+    bool isNamed(MetadataSet const& set, MXF::Zelm::Types::UniversalLabel const& label) const;
     bool isTouchedBelow(std::size_t place) const;
 
     MXF::Zelm::Metadata::PartitionMetadata& metadata_;
     SetPaths paths_;
     PathResolver resolver_;
-    std::vector<std::pair<MetadataSet*, MXF::Zelm::Types::UniversalLabel>> touched_;
+
+    using Properties = std::vector<std::pair<MetadataSet*, MXF::Zelm::Types::UniversalLabel>>;
+    Properties named_;   // by the edits
+    Properties touched_; // those that have another value than before
 };
 
 } // namespace Zelm
