@@ -27,6 +27,8 @@ constexpr CommandRow commandRows[] = {
      makePartitionsCommand},
     {"klv", "List the KLV packets of a file, or count them by key", makeKlvCommand},
     {"dump", "Show the header metadata as a tree, every property decoded", makeDumpCommand},
+    {"index", "Show the index tables: coverage, gaps, disagreements, and where edit units lie",
+     makeIndexCommand},
     {"diff", "Compare two files: partitions, metadata by role, index tables, essence", makeDiffCommand},
     {"edit", "Change properties of the header metadata, in place or into a new file", makeEditCommand},
 };

@@ -1,0 +1,208 @@
+/// `zelm index FILE`: the index tables of a file, and where edit units lie.
+#include "IndexReport.h"
+#include "MetadataChoice.h"
+#include "TimeText.h"
+
+#include <MXF/Zelm/Platform/Text.h>
+#include <MXF/Zelm/Utils/TimeCode.h>
+
+#include <charconv>
+#include <iostream>
+#include <limits>
+
+namespace Zelm {
+
+using namespace MXF::Zelm;
+
+namespace {
+
+bool parseNumber(std::string_view text, std::int64_t& number) {
+    auto const end = text.data() + text.size();
+    auto const [stop, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && stop == end;
+}
+
+/// "A:B", of which either may be left out; none when it is no range.
+std::optional<UnitRange> parseUnits(std::string_view text) {
+    UnitRange range{std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max()};
+    std::size_t const colon = text.find(':');
+    if (colon == std::string_view::npos)
+        return std::nullopt;
+    auto const first = text.substr(0, colon), last = text.substr(colon + 1);
+    bool const read =
+        (first.empty() || parseNumber(first, range.first)) && (last.empty() || parseNumber(last, range.last));
+    return read && range.first < range.last ? std::optional(range) : std::nullopt;
+}
+
+/// The timecode track, or the first essence track of the file package.
+TrackInfo const* findTrack(FileInfo const& info, const char* package, bool timecode) {
+    for (auto const& candidate : info.packages)
+        if (candidate.kind == package)
+            for (auto const& track : candidate.tracks)
+                if (timecode ? track.timecode.has_value()
+                             : track.kind == "picture" || track.kind == "sound" || track.kind == "data")
+                    return &track;
+    return nullptr;
+}
+
+/// Frames from the start timecode of the material package to the timecode `text`. Throws InvalidValue and
+/// InvalidFormat when that cannot be told.
+std::int64_t framesFromStart(FileInfo const& info, std::string const& text) {
+    if (!info.startTimecode || info.startTimecode->start < 0)
+        throw Exceptions::InvalidValue("the file has no start timecode: give the number of an edit unit");
+    auto const& timecode = *info.startTimecode;
+    Utils::TimeBase const base(timecode.base, timecode.dropFrame && Utils::TimeBase::canDrop(timecode.base));
+    auto const wanted = Utils::TimeCode::fromText(Platform::toUtf16(text), timecode.base);
+    if (!wanted.isDefined() || wanted.base() != base)
+        throw Exceptions::InvalidValue("the timecode of the file begins at " + timecodeText(timecode) + ": " +
+                                       text + " is of another kind");
+    return (wanted - Utils::TimeCode(base, timecode.start)).frameCount();
+}
+
+/// The edit unit of the essence container at a timecode, at the index table's edit rate.
+std::int64_t unitAtTimecode(FileInfo const& info, std::string const& text, EditRate const& indexRate) {
+    std::int64_t position = framesFromStart(info, text);
+    auto const* const timecodes = findTrack(info, "material", true);
+    EditRate const rate = timecodes != nullptr ? timecodes->editRate.value_or(indexRate) : indexRate;
+    if (rate != indexRate && indexRate.numerator > 0 && indexRate.denominator > 0)
+        position = Utils::secondsToFrames(Utils::framesToSeconds(position, rate), indexRate);
+    auto const* const essence = findTrack(info, "file", false);
+    std::int64_t const origin = essence != nullptr ? essence->origin.value_or(0) : 0;
+    if (origin < 0 || origin > std::numeric_limits<std::int64_t>::max() - position)
+        throw Exceptions::InvalidValue("the origin of the file package's track is " + std::to_string(origin));
+    return position + origin;
+}
+
+class IndexCommand : public Command {
+public:
+    void declare(CLI::App& parser) override {
+        parser.add_option("FILE", file_, "The file")->required();
+        auto* const at =
+            parser
+                .add_option("--at", at_,
+                            "Where edit unit N lies, in stored order from 0, or what is shown at a timecode "
+                            "of the material package (10:00:00:00, or 10:00:00;00 for drop frame)")
+                ->type_name("N|TIMECODE");
+        auto* const list =
+            parser.add_option("--list", list_, "The edit units from A to before B; either may be left out")
+                ->type_name("A:B")
+                ->check([](std::string const& text) {
+                    return parseUnits(text) ? "" : "\"" + text + "\" is no range A:B of edit units";
+                });
+        list->excludes(at);
+        parser.add_flag(
+            "--display", display_,
+            "The numbers of --at and --list count edit units in the order in which they are shown");
+        auto* const csv = parser.add_flag("--csv", csv_,
+                                          "Print comma-separated values: a row for each edit unit of --list, "
+                                          "or else for each segment");
+        options_.declare(parser);
+        csv->excludes("--json")->excludes(at);
+        parser.footer("\nExamples:\n"
+                      "  zelm index FILE                          the tables, and what does not agree\n"
+                      "  zelm index --at 250 FILE                 where edit unit 250 lies\n"
+                      "  zelm index --at 10:00:10:00 FILE         what is shown at that timecode\n"
+                      "  zelm index --list 0:25 --display FILE    the first 25 as they are shown\n"
+                      "  zelm index --list : --csv FILE           all of them, for a spreadsheet\n"
+                      "\nExit status 1: the tables disagree with the file.");
+    }
+
+    ExitStatus run() override {
+        std::int64_t number = 0;
+        bool const isTimecode = at_.find(':') != std::string::npos;
+        if (!at_.empty() && !isTimecode && !parseNumber(at_, number)) {
+            reportFault(file_, "'" + at_ + "' is neither an edit unit nor a timecode");
+            return WrongUse;
+        }
+        Input input(file_, loadDictionary(options_.dictionaries));
+        auto survey = surveyIndex(input);
+        for (auto const& table : survey.tables)
+            if (table.fault && !survey.partitions.fault)
+                survey.faults.push_back(*table.fault);
+        ExitStatus status = Done;
+        if (!list_.empty())
+            listUnits(file_, survey, *parseUnits(list_), display_, format());
+        else if (!at_.empty())
+            status = showUnits(input, survey, number, isTimecode);
+        else
+            status = report(input, survey);
+        for (auto const& fault : survey.faults)
+            reportFault(file_, fault.message, fault.offset);
+        return survey.faults.empty() ? status : NotMXF;
+    }
+
+private:
+    IndexFormat format() const {
+        return options_.json ? IndexFormat::AsJson : csv_ ? IndexFormat::AsCsv : IndexFormat::AsText;
+    }
+
+    ExitStatus report(Input& input, IndexSurvey& survey) const {
+        MXFIO::Partition::MetadataPtr metadata;
+        try {
+            if (!survey.partitions.partitions.empty())
+                metadata = chooseFinal(input, false).partition->metadata();
+        } catch (Exceptions::SystemError const&) {
+            throw;
+        } catch (Exceptions::BaseException const& failure) {
+            survey.faults.push_back({failure.message(), failure.offset().value_or(0)});
+        }
+        auto const disagreements = checkIndex(input, survey, metadata.get());
+        printIndexReport(file_, survey, disagreements, format());
+        return disagreements.empty() ? Done : FoundSomething;
+    }
+
+    /// A timecode says what is shown: it counts in display order in any case.
+    ExitStatus showUnits(Input& input, IndexSurvey const& survey, std::int64_t number,
+                         bool isTimecode) const {
+        if (survey.partitions.partitions.empty())
+            return NotMXF;
+        std::vector<UnitQuery> queries;
+        try {
+            auto const info = isTimecode ? gatherInfo(input) : FileInfo();
+            for (auto const& table : survey.tables)
+                queries.push_back({isTimecode ? unitAtTimecode(info, at_, table.table->editRate()) : number,
+                                   display_ || isTimecode});
+        } catch (Exceptions::SystemError const&) {
+            throw;
+        } catch (Exceptions::BaseException const& failure) {
+            reportFault(file_, failure.message());
+            return WrongUse;
+        }
+        bool const found = options_.json ? printJson(survey, queries) : printText(survey, queries);
+        if (!found)
+            reportFault(file_,
+                        "no index table leads to " + (isTimecode ? "" : std::string("edit unit ")) + at_);
+        return found ? Done : WrongUse;
+    }
+
+    bool printText(IndexSurvey const& survey, std::vector<UnitQuery> const& queries) const {
+        bool found = false;
+        for (std::size_t i = 0; i < queries.size(); ++i) {
+            std::cout << (found ? "\n" : "");
+            found = printUnitText(survey.tables[i], queries[i]) || found;
+        }
+        return found;
+    }
+
+    bool printJson(IndexSurvey const& survey, std::vector<UnitQuery> const& queries) const {
+        Json answer = jsonReport();
+        answer["file"] = file_;
+        answer["edit_units"] = Json::array();
+        for (std::size_t i = 0; i < queries.size(); ++i)
+            if (Json unit = unitJson(survey.tables[i], queries[i]); !unit.is_null())
+                answer["edit_units"].push_back(std::move(unit));
+        print(answer);
+        return !answer["edit_units"].empty();
+    }
+
+    std::string file_, at_, list_;
+    bool display_ = false;
+    bool csv_ = false;
+    ReportOptions options_;
+};
+
+} // namespace
+
+std::unique_ptr<Command> makeIndexCommand() { return std::make_unique<IndexCommand>(); }
+
+} // namespace Zelm
