@@ -30,9 +30,9 @@ std::uint64_t fnv1a(const unsigned char* bytes, std::size_t size) {
 
 template <class Integer>
 void append(std::vector<unsigned char>& bytes, Integer number) {
-    unsigned char coded[sizeof(Integer)];
-    ByteCoders::codeInteger(number, coded);
-    bytes.insert(bytes.end(), coded, coded + sizeof coded);
+    std::size_t const at = bytes.size();
+    bytes.resize(at + sizeof number);
+    ByteCoders::codeInteger(number, bytes.data() + at);
 }
 
 std::vector<unsigned char> wholeFile(std::string const& name) {
