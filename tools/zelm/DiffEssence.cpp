@@ -30,6 +30,11 @@ std::string countText(KlvCount const& count) {
            grouped(count.valueBytes) + " bytes";
 }
 
+/// How many of the first `size` bytes are equal up to the first that differs.
+std::uint64_t equalBytes(const unsigned char* a, const unsigned char* b, std::uint64_t size) {
+    return static_cast<std::uint64_t>(std::mismatch(a, a + size, b).first - a);
+}
+
 /// The place of the first byte in which two values of the same length differ, none when they are equal.
 std::optional<std::uint64_t> firstDifference(DiffSide& a, Packet const& packetA, DiffSide& b,
                                              Packet const& packetB) {
@@ -41,10 +46,9 @@ std::optional<std::uint64_t> firstDifference(DiffSide& a, Packet const& packetA,
         b.input.source.seek(packetB.valueOffset() + done);
         std::uint64_t const got = std::min(a.input.source.read(bufferA.data(), wanted),
                                            b.input.source.read(bufferB.data(), wanted));
-        auto const end = bufferA.begin() + static_cast<std::ptrdiff_t>(got);
-        auto const differs = std::mismatch(bufferA.begin(), end, bufferB.begin()).first;
-        if (differs != end)
-            return done + static_cast<std::uint64_t>(differs - bufferA.begin());
+        std::uint64_t const equal = equalBytes(bufferA.data(), bufferB.data(), got);
+        if (equal != got)
+            return done + equal;
         if (got == 0)
             break;
         done += got;
