@@ -2,6 +2,7 @@
 #pragma once
 
 #include "MXF/Zelm/Metadata/PartitionMetadata.h"
+#include "MXF/Zelm/Metadata/Structural/Building.h"
 #include "MXF/Zelm/Metadata/Structural/ContentStorage.h"
 #include "MXF/Zelm/Metadata/Structural/GenericPackage.h"
 #include "MXF/Zelm/Metadata/Structural/Identification.h"
@@ -15,11 +16,7 @@
 
 namespace MXF::Zelm::Test {
 
-/// A new set of a structural class.
-template <class Set>
-Set& create(Metadata::PartitionMetadata& metadata) {
-    return dynamic_cast<Set&>(metadata.createMetadataSet(Set::classKey()));
-}
+using Metadata::Structural::create;
 
 /// Preface, content storage, and one package with one track.
 struct SmallHeader {
