@@ -1,0 +1,7 @@
+#include "MXF/Zelm/MXFIO/FutureUpdater.h"
+
+namespace MXF::Zelm::MXFIO {
+
+FutureUpdater::~FutureUpdater() = default;
+
+} // namespace MXF::Zelm::MXFIO
