@@ -32,6 +32,7 @@ public:
 private:
     bool isClip() { return reader_.wrapping() == Wrapping::Clip; }
     bool next(EssenceUnit& unit);
+    std::int64_t end();
     bool isWhole();
     bool isShort(std::int64_t found);
 
@@ -61,8 +62,22 @@ bool ContainerList::inStoredOrder(UnitRange const& range) {
     return true;
 }
 
+/// An index that leads to no edit unit is not believed.
+std::int64_t ContainerList::end() {
+    try {
+        return reader_.end().value_or(0);
+    } catch (Exceptions::SystemError const&) {
+        throw;
+    } catch (Exceptions::BaseException const&) {
+        if (reader_.seeker().index() == nullptr)
+            throw;
+        reader_.seeker().rejectIndex();
+        return reader_.end().value_or(0);
+    }
+}
+
 bool ContainerList::inDisplayOrder(UnitRange const& range) {
-    std::int64_t const end = reader_.end().value_or(0);
+    std::int64_t const end = this->end();
     bool isWhole = range.last <= end || !isShort(end);
     EssenceUnit unit;
     for (auto at = std::max<std::int64_t>(range.first, 0); at < std::min(range.last, end); ++at) {
