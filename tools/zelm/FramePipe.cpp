@@ -137,14 +137,15 @@ bool PipeList::isBehindRanges() const {
     });
 }
 
-/// Fewer edit units than the metadata says, or no footer partition where one should be.
+/// Fewer edit units than the metadata says, or no footer partition where one should be. A single one may be a
+/// clip with the label of frames.
 bool PipeList::endsEarly() const {
     auto const* const pack = reader_.partitionPack();
     bool const footerMissing = pack != nullptr && pack->footerPartition() != 0 &&
                                pack->partitionKind() != Packs::PartitionPack::Footer;
     bool const isShort = std::any_of(chosen_.begin(), chosen_.end(), [](auto const& each) {
         auto const& container = *each.second.what.container;
-        return container.wrapping() != GenericContainer::Wrapping::Clip &&
+        return container.wrapping() != GenericContainer::Wrapping::Clip && each.second.found != 1 &&
                each.second.found < declaredUnits(container);
     });
     return frame_ || footerMissing || isShort;
