@@ -1,5 +1,9 @@
 /// The bytes of system items (SMPTE 385M), and their timecode.
+#include "support/Files.h"
 #include "support/TestMux.h"
+
+#include <algorithm>
+#include <filesystem>
 
 namespace MXF::Zelm::Test {
 
@@ -92,6 +96,20 @@ TEST(SystemMetadataPack, CountsPairsOfFrames) {
     EXPECT_EQ(pack.userTimecode(), odd);
     auto const value = valueOf(pack);
     EXPECT_TRUE(sameBytes({value.begin() + 40, value.begin() + 45}, hex("81 24 03 82 C1")));
+}
+
+TEST(SystemMetadataPack, ReadsThatOfARealFile) {
+    std::filesystem::path const name = std::filesystem::path(MXFZELM_SAMPLES_DIR) / "d10-imx50-op1a.mxf";
+    if (!std::filesystem::exists(name))
+        GTEST_SKIP() << "no " << name;
+    auto const file = readFile(name.string());
+    auto const& key = SystemMetadataPack::key();
+    auto const at = std::search(file.begin(), file.end(), key.rawBuffer(), key.rawBuffer() + 16);
+    ASSERT_LT(77, file.end() - at);
+    auto const pack = parsed({at + 20, at + 77});
+    EXPECT_EQ(pack.userTimecode().address(), (Utils::TimeAddress{23, 58, 30, 0}));
+    EXPECT_EQ(pack.continuityCount(), 0xECB6);
+    EXPECT_TRUE(sameBytes(bytesOf(pack), {at, at + 77}));
 }
 
 TEST(SystemItemGenerator, StampsEveryPackage) {
