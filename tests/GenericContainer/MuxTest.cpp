@@ -86,6 +86,23 @@ TEST(Mux, MakesTracksAndTimecode) {
     EXPECT_EQ(components, "900000+3 900050+3 ");
 }
 
+TEST(Mux, KnowsTheStartTimecodeBeforeTheFirstPackage) {
+    std::shared_ptr<Metadata::PartitionMetadata> const metadata = standardMetadata();
+    Metadata::Structural::createPreface(*metadata, {});
+    TestMux test(metadata);
+    test.add<FakePicture>({}).system({Utils::TimeBase(25), 900000});
+    auto const source = test.mux.commit();
+    auto const& package = *source->sourcePackage();
+    EXPECT_EQ(Metadata::Structural::startTimecode(package).frameCount(), 900000);
+    packagesOf(*source);
+    source->finalize();
+    std::string found;
+    for (auto const* const track : package.tracks())
+        found += std::to_string(track->trackID()->value()) + ":" +
+                 std::to_string(Metadata::Structural::durationOf(*track).value()) + " ";
+    EXPECT_EQ(found, "1:3 256:3 ");
+}
+
 TEST(Mux, AlignsElements) {
     TestMux test;
     test.mux.kagSize(6);

@@ -16,6 +16,8 @@ struct TestMux {
     explicit TestMux(Metadata::Structural::SourcePackage* package = nullptr,
                      Templates::Rational<int> const& rate = {25, 1})
         : mux(package, {}, rate) {}
+    explicit TestMux(GenericContainer::Multiplexer::Mux::PartitionMetadataPtr metadata)
+        : mux(std::move(metadata), {}, {25, 1}) {}
 
     template <class Analyzer>
     TestMux& add(FakeEssence const& essence, Templates::Rational<std::int64_t> const& offset = atStart,

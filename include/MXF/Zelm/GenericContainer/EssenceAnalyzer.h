@@ -75,7 +75,9 @@ public:
     /// The essence container label.
     virtual Types::UniversalLabel universalLabel() const = 0;
 
-    /// True when no edit unit has more than `boundedEditUnitSize` bytes, which each is filled up to.
+    /// True when no edit unit has more than `boundedEditUnitSize` bytes, which each is filled up to. Fill
+    /// takes at least 20 bytes: where edit units differ by less, as those of sound in cadence, and no
+    /// alignment may be counted on to leave room, the bound is 20 bytes above the longest.
     virtual bool isCBE() const = 0;
 
     /// Bytes of each edit unit where `isCBE`, else 0 or the largest that is to be expected.
