@@ -1,0 +1,111 @@
+#include "MXFIO/WrittenFile.h"
+
+#include "MXF/Zelm/Metadata/Structural/BuildingDescriptors.h"
+#include "MXF/Zelm/Metadata/Structural/Tracks.h"
+#include "support/StandardMetadata.h"
+
+namespace MXF::Zelm::Test {
+
+using namespace Metadata::Structural;
+using namespace KLV::Literals;
+
+namespace {
+
+constexpr Templates::Rational<int> rate{25, 1};
+constexpr KLV::Key pictureWrapping = "060E2B34.04010102.0D010301.02046001"_key;
+constexpr KLV::Key soundWrapping = "060E2B34.04010101.0D010301.02060100"_key;
+constexpr KLV::Key pictureCoding = "060E2B34.04010103.04010202.01011100"_key;
+
+/// Not owned: they belong to the metadata.
+using Tracks = std::vector<TimelineTrack*>;
+
+Tracks addContainer(Metadata::PartitionMetadata& metadata, MaterialPackage& material, std::uint32_t bodySID) {
+    auto& file = createFilePackage(metadata, {.bodySID = bodySID, .indexSID = bodySID + 1});
+    auto& picture =
+        createPictureDescriptor<CDCIEssenceDescriptor>(metadata, {.essenceContainer = pictureWrapping,
+                                                                  .coding = pictureCoding,
+                                                                  .frameRate = rate,
+                                                                  .width = 720,
+                                                                  .height = 288,
+                                                                  .firstLine = {23, 335}});
+    Tracks tracks{&addEssenceTrack(
+        metadata, file, picture,
+        {.dataDefinition = DataDefinitions::picture, .editRate = rate, .trackNumber = pictureTrack})};
+    for (auto const number : soundTracks) {
+        auto& sound = createSoundDescriptor<WAVEAudioEssenceDescriptor>(metadata, {soundWrapping, rate});
+        tracks.push_back(&addEssenceTrack(
+            metadata, file, sound,
+            {.dataDefinition = DataDefinitions::sound, .editRate = rate, .trackNumber = number}));
+    }
+    for (std::size_t i = 0; i < 3; ++i)
+        tracks.push_back(&addMaterialTrack(metadata, material, file, *tracks[i]));
+    return tracks;
+}
+
+} // namespace
+
+MXFIO::Partition::MetadataPtr WrittenFile::makeMetadata() const {
+    MXFIO::Partition::MetadataPtr metadata = standardMetadata();
+    createPreface(*metadata, {.operationalPattern = OperationalPatterns::op1a({.multiTrack = true}),
+                              .product = {u"Company", u"Product", u"1.0", Types::UUID::generate()}});
+    createMaterialPackage(*metadata);
+    return metadata;
+}
+
+void WrittenFile::addSources(
+    MXFIO::Partition::MetadataPtr const& metadata,
+    std::function<void(std::unique_ptr<FakeSource>, std::uint32_t, std::uint32_t)> const& add) const {
+    auto& material = dynamic_cast<MaterialPackage&>(*metadata->packages().front());
+    for (std::uint32_t bodySID = 1; auto essence : containers) {
+        auto const tracks = addContainer(*metadata, material, bodySID);
+        essence.whenFinalized = [tracks, metadata](std::size_t length) {
+            for (auto* const track : tracks)
+                setTrackLength(*track, length);
+        };
+        add(std::make_unique<FakeSource>(std::move(essence)), bodySID, bodySID + 1);
+        bodySID += 2;
+    }
+}
+
+Bytes WrittenFile::write() const {
+    auto const metadata = makeMetadata();
+    SeekableSink sink;
+    MXFIO::Creator creator(sink, metadata, settings);
+    addTo(creator, metadata);
+    creator.run();
+    return sink.bytes();
+}
+
+OpenFile::OpenFile(Bytes bytes)
+    : source(std::move(bytes)),
+      reader(source, standardMetadata()->partitionDictionary().dictionary(), 65536) {}
+
+Templates::vector<MXFIO::EssenceContainer> OpenFile::containers() {
+    auto* const partition = reader.backwardFirstPartitionWithFinalMetadata();
+    return partition == nullptr ? Templates::vector<MXFIO::EssenceContainer>()
+                                : MXFIO::essenceContainers(partition->metadata());
+}
+
+std::size_t OpenFile::readPackages(std::size_t container, FakeEssence const& essence) {
+    MXFIO::EssenceReader body(reader, containers().at(container));
+    MXFIO::EssenceUnit unit;
+    std::size_t count = 0;
+    for (; body.next(unit); ++count) {
+        auto const expected = essence.constantSize
+                                  ? number(static_cast<std::uint32_t>(count)) + repeated(90, 0xCC)
+                                  : elementValue(count, pictureTrack);
+        auto const* const picture = unit.package.element(pictureTrack);
+        EXPECT_TRUE(picture != nullptr && sameBytes(joined(picture->data), expected)) << "package " << count;
+    }
+    return count;
+}
+
+std::vector<MXFIO::Partition*> OpenFile::partitions() {
+    std::vector<MXFIO::Partition*> all;
+    for (auto* partition = reader.headerPartition(); partition != nullptr;
+         partition = reader.nextPartition(partition))
+        all.push_back(partition);
+    return all;
+}
+
+} // namespace MXF::Zelm::Test
