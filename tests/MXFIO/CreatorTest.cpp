@@ -3,8 +3,8 @@
 #include "MXF/Zelm/DataIO/File/FileDataSink.h"
 #include "MXF/Zelm/MXFIO/WalkedIndex.h"
 #include "MXF/Zelm/Metadata/Structural/Building.h"
-#include "MXFIO/WrittenFile.h"
 #include "support/Files.h"
+#include "support/WrittenFile.h"
 
 #include <map>
 
@@ -33,7 +33,7 @@ struct Case {
 };
 
 std::vector<Case> cases() {
-    FakeEssence const constant{.constantSize = true}, waiting{.waiting = 2};
+    FakePackages const constant{.constantSize = true}, waiting{.waiting = 2};
     PartitionLimits const every6{.packages = 6};
     return {
         {"plain", {}, 1},
@@ -117,7 +117,7 @@ void expectPartitions(OpenFile& file, Case const& expected) {
 }
 
 /// The index table leads to where a walk finds the packages, and knows their flags.
-void expectIndex(OpenFile& file, std::uint32_t bodySID, FakeEssence const& essence) {
+void expectIndex(OpenFile& file, std::uint32_t bodySID, FakePackages const& essence) {
     IndexTableGatherer gatherer(file.reader);
     auto const table = gatherer.table(bodySID);
     ASSERT_TRUE(table);

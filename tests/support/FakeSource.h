@@ -11,7 +11,7 @@
 
 namespace MXF::Zelm::Test {
 
-struct FakeEssence {
+struct FakePackages {
     std::size_t packages = 20;
     std::size_t gop = 3; ///< packages from one start of a partition to the next
     std::uint32_t kag = 1;
@@ -56,7 +56,7 @@ private:
 
 class FakeSource : public GenericContainer::Source {
 public:
-    explicit FakeSource(FakeEssence essence) : essence_(std::move(essence)) {}
+    explicit FakeSource(FakePackages essence) : essence_(std::move(essence)) {}
 
     bool next(DataIO::Chain& out, bool& mayStartPartition, FutureUpdaterPtr& updater,
               Templates::Rational<std::int64_t>& position) override {
@@ -128,7 +128,7 @@ private:
         return segments;
     }
 
-    FakeEssence essence_;
+    FakePackages essence_;
     std::size_t given_ = 0;
     std::size_t taken_ = 0; // index entries handed out
     bool constantTaken_ = false;

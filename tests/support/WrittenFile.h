@@ -14,7 +14,7 @@ namespace MXF::Zelm::Test {
 /// One or two essence containers, and how they are to be written. Container `i` has body SID `2i + 1` and
 /// index SID `2i + 2`.
 struct WrittenFile {
-    std::vector<FakeEssence> containers = {{}};
+    std::vector<FakePackages> containers = {{}};
     MXFIO::CreatorSettings settings = {};
     std::vector<MXFIO::GenericStream> streams = {};
 
@@ -52,7 +52,7 @@ struct OpenFile {
     Templates::vector<MXFIO::EssenceContainer> containers();
 
     /// Reads all content packages of a container; each must be the one that was written. Returns how many.
-    std::size_t readPackages(std::size_t container, FakeEssence const& essence);
+    std::size_t readPackages(std::size_t container, FakePackages const& essence);
 
     /// All partitions, in the order of the file.
     std::vector<MXFIO::Partition*> partitions();

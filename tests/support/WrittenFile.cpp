@@ -1,4 +1,4 @@
-#include "MXFIO/WrittenFile.h"
+#include "support/WrittenFile.h"
 
 #include "MXF/Zelm/Metadata/Structural/BuildingDescriptors.h"
 #include "MXF/Zelm/Metadata/Structural/Tracks.h"
@@ -86,7 +86,7 @@ Templates::vector<MXFIO::EssenceContainer> OpenFile::containers() {
                                 : MXFIO::essenceContainers(partition->metadata());
 }
 
-std::size_t OpenFile::readPackages(std::size_t container, FakeEssence const& essence) {
+std::size_t OpenFile::readPackages(std::size_t container, FakePackages const& essence) {
     MXFIO::EssenceReader body(reader, containers().at(container));
     MXFIO::EssenceUnit unit;
     std::size_t count = 0;
