@@ -3,6 +3,7 @@
 #include "MXF/Zelm/DataIO/File/FileDataSink.h"
 #include "MXF/Zelm/MXFIO/WalkedIndex.h"
 #include "MXF/Zelm/Metadata/Structural/Building.h"
+#include "MXF/Zelm/Templates/SafeCast.h"
 #include "support/Files.h"
 #include "support/WrittenFile.h"
 
@@ -238,7 +239,7 @@ TEST(Creator, failingSinkLeavesReadableFile) {
         SeekableSink sink(failAt);
         Creator creator(sink, metadata, file.settings);
         file.addTo(creator, metadata);
-        std::size_t flushed = 0;
+        std::uint64_t flushed = 0;
         try {
             while (creator.write()) {
                 creator.flush();
@@ -291,7 +292,7 @@ TEST(Creator, endsEarlyWithValidFile) {
         creator.finish();
         EXPECT_FALSE(creator.write());
         auto& essence = expected.file.containers[0];
-        essence.packages = creator.progress().packages(0);
+        essence.packages = Templates::safeCast<std::size_t>(creator.progress().packages(0));
         EXPECT_LE(essence.packages, steps);
         EXPECT_GE(essence.packages + 2, steps);
         expected.partitions = essence.packages == 0 ? 0 : 1;
