@@ -13,13 +13,9 @@ namespace {
 
 constexpr Templates::Rational<int> rate{25, 1};
 constexpr KLV::Key pictureWrapping = "060E2B34.04010102.0D010301.02046001"_key;
-constexpr KLV::Key soundWrapping = "060E2B34.04010101.0D010301.02060100"_key;
 constexpr KLV::Key pictureCoding = "060E2B34.04010103.04010202.01011100"_key;
 
-/// Not owned: they belong to the metadata.
-using Tracks = std::vector<TimelineTrack*>;
-
-Tracks addContainer(Metadata::PartitionMetadata& metadata, MaterialPackage& material, std::uint32_t bodySID) {
+TimelineTrack& addContainer(Metadata::PartitionMetadata& metadata, std::uint32_t bodySID) {
     auto& file = createFilePackage(metadata, {.bodySID = bodySID, .indexSID = bodySID + 1});
     auto& picture =
         createPictureDescriptor<CDCIEssenceDescriptor>(metadata, {.essenceContainer = pictureWrapping,
@@ -28,50 +24,31 @@ Tracks addContainer(Metadata::PartitionMetadata& metadata, MaterialPackage& mate
                                                                   .width = 720,
                                                                   .height = 288,
                                                                   .firstLine = {23, 335}});
-    Tracks tracks{&addEssenceTrack(
+    return addEssenceTrack(
         metadata, file, picture,
-        {.dataDefinition = DataDefinitions::picture, .editRate = rate, .trackNumber = pictureTrack})};
-    for (auto const number : soundTracks) {
-        auto& sound = createSoundDescriptor<WAVEAudioEssenceDescriptor>(metadata, {soundWrapping, rate});
-        tracks.push_back(&addEssenceTrack(
-            metadata, file, sound,
-            {.dataDefinition = DataDefinitions::sound, .editRate = rate, .trackNumber = number}));
-    }
-    for (std::size_t i = 0; i < 3; ++i)
-        tracks.push_back(&addMaterialTrack(metadata, material, file, *tracks[i]));
-    return tracks;
+        {.dataDefinition = DataDefinitions::picture, .editRate = rate, .trackNumber = pictureTrack});
 }
 
 } // namespace
 
-MXFIO::Partition::MetadataPtr WrittenFile::makeMetadata() const {
+MXFIO::Partition::MetadataPtr WrittenFile::makeMetadata() {
     MXFIO::Partition::MetadataPtr metadata = standardMetadata();
     createPreface(*metadata, {.operationalPattern = OperationalPatterns::op1a({.multiTrack = true}),
                               .product = {u"Company", u"Product", u"1.0", Types::UUID::generate()}});
     createMaterialPackage(*metadata);
+    for (std::uint32_t bodySID = 1; auto& essence : containers) {
+        essence.whenFinalized = [&track = addContainer(*metadata, bodySID), metadata](std::size_t length) {
+            setTrackLength(track, length);
+        };
+        bodySID += 2;
+    }
     return metadata;
 }
 
-void WrittenFile::addSources(
-    MXFIO::Partition::MetadataPtr const& metadata,
-    std::function<void(std::unique_ptr<FakeSource>, std::uint32_t, std::uint32_t)> const& add) const {
-    auto& material = dynamic_cast<MaterialPackage&>(*metadata->packages().front());
-    for (std::uint32_t bodySID = 1; auto essence : containers) {
-        auto const tracks = addContainer(*metadata, material, bodySID);
-        essence.whenFinalized = [tracks, metadata](std::size_t length) {
-            for (auto* const track : tracks)
-                setTrackLength(*track, length);
-        };
-        add(std::make_unique<FakeSource>(std::move(essence)), bodySID, bodySID + 1);
-        bodySID += 2;
-    }
-}
-
-Bytes WrittenFile::write() const {
-    auto const metadata = makeMetadata();
+Bytes WrittenFile::write() {
     SeekableSink sink;
-    MXFIO::Creator creator(sink, metadata, settings);
-    addTo(creator, metadata);
+    MXFIO::Creator creator(sink, makeMetadata(), settings);
+    addTo(creator);
     creator.run();
     return sink.bytes();
 }

@@ -18,31 +18,24 @@ struct WrittenFile {
     MXFIO::CreatorSettings settings = {};
     std::vector<MXFIO::GenericStream> streams = {};
 
-    /// Adds all that is to be written. The metadata describes a picture and two sounds a container, and gets
-    /// its durations when the sources are finalized.
+    /// Header metadata for these containers: a picture track in each, which gets its duration when the source
+    /// is finalized.
+    MXFIO::Partition::MetadataPtr makeMetadata();
+
+    /// Adds all that is to be written; behind `makeMetadata`.
     template <class AnyCreator>
-    void addTo(AnyCreator& creator, MXFIO::Partition::MetadataPtr const& metadata) const;
+    void addTo(AnyCreator& creator) const {
+        for (std::uint32_t bodySID = 1; auto const& essence : containers) {
+            creator.addSource(std::make_unique<FakeSource>(essence), bodySID, bodySID + 1);
+            bodySID += 2;
+        }
+        for (auto const& stream : streams)
+            creator.addGenericStream(stream);
+    }
 
-    /// Header metadata for these containers, its durations unknown.
-    MXFIO::Partition::MetadataPtr makeMetadata() const;
-
-    /// The whole file, by a creator with a sink that can seek, or without.
-    Bytes write() const;
-
-    void addSources(
-        MXFIO::Partition::MetadataPtr const& metadata,
-        std::function<void(std::unique_ptr<FakeSource>, std::uint32_t, std::uint32_t)> const& add) const;
+    /// The whole file, by a creator with a sink that can seek.
+    Bytes write();
 };
-
-template <class AnyCreator>
-void WrittenFile::addTo(AnyCreator& creator, MXFIO::Partition::MetadataPtr const& metadata) const {
-    addSources(metadata,
-               [&](std::unique_ptr<FakeSource> source, std::uint32_t bodySID, std::uint32_t indexSID) {
-                   creator.addSource(std::move(source), bodySID, indexSID);
-               });
-    for (auto const& stream : streams)
-        creator.addGenericStream(stream);
-}
 
 /// A file in memory, open for reading.
 struct OpenFile {
