@@ -256,6 +256,15 @@ TEST(OPAtomBuilder, fileOfOneTrack) {
     EXPECT_EQ(clipsOf(*partitions[0]->metadata()), "0+10 | 0+19200 | ");
     expectEssence(file, file.containers().at(0));
 
+    OPAtomBuilder clip(dictionary(), options());
+    clip.addClipWrapped({.analyzer = sound(10)});
+    auto clipFile = fileOf(clip);
+    auto* const body = clipFile.partitions().at(1);
+    EXPECT_EQ(body->nextBodyKLV(0)->value().remaining(), 960u) << "set right at the end";
+    EXPECT_EQ(clipsOf(*clipFile.reader.headerPartition()->metadata()), "0+10 | ");
+    MXFIO::IndexTableGatherer gatherer(clipFile.reader);
+    EXPECT_EQ(gatherer.table(1)->firstGap(0), 10);
+
     OPAtomBuilder two(dictionary(), options());
     EXPECT_EQ(thrownBy([&] {
                   two.addFrameWrapped({.packageRate = rate, .analyzers = {picture(1), sound(1)}});

@@ -1,6 +1,7 @@
 /// What builders of whole files are told.
 #pragma once
 
+#include "MXF/Zelm/GenericContainer/ClipWrapper/Wrap.h"
 #include "MXF/Zelm/GenericContainer/Multiplexer/Mux.h"
 #include "MXF/Zelm/MXFIO/CreatorSettings.h"
 #include "MXF/Zelm/Metadata/Structural/Building.h"
@@ -60,6 +61,18 @@ struct MXFZELM_EXPORT FrameWrapping {
 
     /// What else there is to set before the essence is looked at.
     std::function<void(GenericContainer::Multiplexer::Mux&)> configure = {};
+};
+
+/// An essence container that is one clip: what a clip wrapper is told.
+struct MXFZELM_EXPORT ClipWrapping {
+    GenericContainer::EssenceAnalyzerPtr analyzer = nullptr;
+    Templates::Rational<int> editRate =
+        {}; ///< edit units a second, for sound samples; 0/0 for the analyzer's
+    std::uint32_t kagSize = 1;
+    Types::UniversalLabel label = {}; ///< of the container; all zero for the analyzer's
+
+    /// What else there is to set before the essence is looked at.
+    std::function<void(GenericContainer::ClipWrapper::Wrap&)> configure = {};
 };
 
 } // namespace MXF::Zelm::OPBuilders

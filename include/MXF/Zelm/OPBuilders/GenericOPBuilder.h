@@ -68,6 +68,9 @@ public:
     /// `addFilePackage`, `addSource` and the multiplexer throw.
     SourcePackage& addFrameWrapped(FrameWrapping const& wrapping, FilePackageOptions const& options = {});
 
+    /// The same with a clip wrapper.
+    SourcePackage& addClipWrapped(ClipWrapping const& wrapping, FilePackageOptions const& options = {});
+
     /// Data that the metadata refers to; its SID must not be that of a file package.
     void addGenericStream(MXFIO::GenericStream stream);
 

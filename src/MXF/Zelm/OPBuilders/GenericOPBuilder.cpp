@@ -179,6 +179,17 @@ SourcePackage& GenericOPBuilder::addFrameWrapped(FrameWrapping const& wrapping,
     return package;
 }
 
+SourcePackage& GenericOPBuilder::addClipWrapped(ClipWrapping const& wrapping,
+                                                FilePackageOptions const& options) {
+    auto& package = addFilePackage(options);
+    GenericContainer::ClipWrapper::Wrap wrap(&package, wrapping.label, wrapping.analyzer, wrapping.editRate);
+    wrap.kagSize(wrapping.kagSize);
+    if (wrapping.configure)
+        wrapping.configure(wrap);
+    addSource(package, wrap.commit());
+    return package;
+}
+
 void GenericOPBuilder::addForeignTrack(ForeignTrack const& track) { state_->plans.back().add(track); }
 
 void GenericOPBuilder::addGenericStream(MXFIO::GenericStream stream) {
