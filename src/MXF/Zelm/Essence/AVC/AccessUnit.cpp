@@ -11,6 +11,9 @@ namespace {
 constexpr std::size_t longestMessages = 4096;
 constexpr unsigned recoveryPoint = 6;
 
+/// As the type of a primary picture: I slices alone.
+constexpr std::uint8_t onlyIntra = 0;
+
 /// Type and size of a message are sums of bytes, of which all but the last are FF.
 std::uint32_t readSum(DataIO::BitSliceReader& bits) {
     std::uint32_t sum = 0;
@@ -82,7 +85,8 @@ private:
             unit_.secondField = unit_.secondField ? unit_.secondField : slice;
         if (unit_.secondField)
             return;
-        unit_.knowsAllSlices = unit_.knowsAllSlices || slice.isTypeOfPicture;
+        unit_.knowsAllSlices = unit_.knowsAllSlices || slice.isTypeOfPicture || slice.type == SliceType::B ||
+                               unit_.primaryPictureType == onlyIntra;
         unit_.hasBidirectional = unit_.hasBidirectional || slice.type == SliceType::B;
         unit_.hasPredicted = unit_.hasPredicted || slice.type == SliceType::P || slice.type == SliceType::SP;
     }
