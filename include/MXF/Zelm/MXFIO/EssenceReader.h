@@ -87,6 +87,7 @@ private:
     bool isPackageStart(std::uint64_t streamOffset);
     bool isWholeAtEnd();
     GenericContainer::PackageBoundary const& firstPackage();
+    bool isOneElement();
     GenericContainer::Wrapping wrappingByBody();
     bool readClip(std::int64_t position, EssenceUnit& unit);
     Templates::vector<ClipUnits> const& clips();

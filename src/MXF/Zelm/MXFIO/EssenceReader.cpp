@@ -173,12 +173,28 @@ Wrapping EssenceReader::wrapping() {
     return found;
 }
 
+/// Whether a finished body is one element alone, although a track has several edit units: a clip, whatever
+/// its label says.
+bool EssenceReader::isOneElement() {
+    bool const hasSeveral = std::any_of(container_.tracks.begin(), container_.tracks.end(),
+                                        [](EssenceTrack const& track) { return track.duration > 1; });
+    if (!hasSeveral || stream_.isOpenEnded())
+        return false;
+    std::size_t count = 0;
+    stream_.seek(0);
+    for (auto head = stream_.nextPacket(); head && count < 2; head = stream_.nextPacket())
+        count += ElementKey::isContent(head->key) ? 1 : 0;
+    return count == 1;
+}
+
 /// What the label says, unless the first element of the body comes again: then it is no clip. Without a label
 /// a body of one element, as far as there is one, is a clip.
 Wrapping EssenceReader::wrappingByBody() {
     auto const byLabel = container_.wrapping();
-    if (byLabel == Wrapping::Frame || stream_.length() == 0)
+    if (stream_.length() == 0)
         return byLabel;
+    if (byLabel == Wrapping::Frame)
+        return isOneElement() ? Wrapping::Clip : byLabel;
     PackageBoundary body;
     bool isCut = false;
     stream_.seek(0);
