@@ -16,6 +16,7 @@
 
 namespace MXF::Zelm::MXFIO {
 
+struct ClipPackets;
 class ClipUnits;
 
 class MXFZELM_EXPORT EssenceReader : public Platform::Allocated {
@@ -88,8 +89,11 @@ private:
     bool isWholeAtEnd();
     GenericContainer::PackageBoundary const& firstPackage();
     bool isOneElement();
+    bool isClipInParts(PacketHead const& second);
     GenericContainer::Wrapping wrappingByBody();
     bool readClip(std::int64_t position, EssenceUnit& unit);
+    GenericContainer::Element readPart(ClipUnits const& clip, std::int64_t position);
+    Templates::vector<ClipPackets> clipPackets();
     Templates::vector<ClipUnits> const& clips();
     EssenceTrack const* mainTrack() const;
     Templates::Rational<int> editRate() const;
