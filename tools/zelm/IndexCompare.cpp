@@ -72,9 +72,14 @@ public:
 
     IndexComparison run() {
         chooseWhatToCompare();
-        std::int64_t const end = std::max(lastUnit(own_), lastUnit(rebuilt_));
-        for (std::int64_t at = 0; at < end; ++at)
+        std::int64_t const end = lastUnit(rebuilt_);
+        result_.units = static_cast<std::uint64_t>(end);
+        for (std::int64_t at = 0; at < (isSameConstant() ? std::min<std::int64_t>(end, 1) : end); ++at)
             compareUnit(at);
+        for (auto const& range : own_.covered)
+            addSurplus({range.first, std::min(range.last, std::int64_t{0})});
+        for (auto const& range : own_.covered)
+            addSurplus({std::max(range.first, end), range.last});
         if (elementsKnown_)
             compareSlices();
         for (auto& difference : differences_)
@@ -88,6 +93,8 @@ private:
         return table.covered.empty() ? 0 : table.covered.back().last;
     }
     void chooseWhatToCompare();
+    bool isSameConstant() const;
+    void addSurplus(UnitRange const& range);
     void compareUnit(std::int64_t at);
     void compareEntries(std::int64_t at, EntryValues const& own, EntryValues const& rebuilt);
     void compareElements(std::int64_t at);
@@ -131,10 +138,29 @@ void TableComparison::chooseWhatToCompare() {
                 : "element offsets are not compared: the edit units have different elements");
 }
 
+/// One size for all edit units, and the same in both: where the first agree, all do.
+bool TableComparison::isSameConstant() const {
+    if (own_.table->size() != 1 || rebuilt_.table->size() != 1 || own_.covered.size() != 1 ||
+        own_.covered.front().first != 0 || own_.covered.front().last < lastUnit(rebuilt_))
+        return false;
+    auto const& own = own_.segments.front();
+    auto const& rebuilt = rebuilt_.segments.front();
+    return own.entries == 0 && rebuilt.entries == 0 && own.start == 0 &&
+           own.editUnitByteCount == rebuilt.editUnitByteCount;
+}
+
+/// Edit units of the file's own table that the essence does not have.
+void TableComparison::addSurplus(UnitRange const& range) {
+    auto& difference = differences_[Units];
+    std::int64_t at = range.first;
+    for (; at < range.last && difference.first.size() < casesKept; ++at)
+        add(Units, at, "there", "missing");
+    difference.count += at < range.last ? UnitRange{at, range.last}.count() : 0;
+}
+
 void TableComparison::compareUnit(std::int64_t at) {
     auto const own = ownLocator_.locate(at);
     auto const rebuilt = rebuiltLocator_.locate(at);
-    ++result_.units;
     if (!own || !rebuilt) {
         if (own || rebuilt)
             add(Units, at, own ? "there" : "missing", rebuilt ? "there" : "missing");

@@ -89,7 +89,7 @@ private:
     bool isWholeAtEnd();
     GenericContainer::PackageBoundary const& firstPackage();
     bool isOneElement();
-    bool isClipInParts(PacketHead const& second);
+    bool isClipInParts(PacketHead const& first, PacketHead const& second);
     GenericContainer::Wrapping wrappingByBody();
     bool readClip(std::int64_t position, EssenceUnit& unit);
     GenericContainer::Element readPart(ClipUnits const& clip, std::int64_t position);

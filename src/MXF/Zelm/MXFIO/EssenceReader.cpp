@@ -189,7 +189,7 @@ bool EssenceReader::isOneElement() {
 
 /// Whether the first element of a body, which comes again at `second`, holds more than one edit unit, by what
 /// else is known: the index, the size of samples, or the number of edit units.
-bool EssenceReader::isClipInParts(PacketHead const& second) {
+bool EssenceReader::isClipInParts(PacketHead const& first, PacketHead const& second) {
     if (auto const* const index = seeker_.index())
         if (auto const unit = index->locate(1))
             return unit->streamOffset < second.streamOffset;
@@ -197,7 +197,7 @@ bool EssenceReader::isClipInParts(PacketHead const& second) {
     if (track == nullptr)
         return false;
     if (SampleGrid const grid(track->samples, track->editRate); grid.isKnown())
-        return second.streamOffset > grid.offset(2);
+        return first.length > grid.offset(1) + track->samples.bytes; // a cadence has a sample more or less
     constexpr std::int64_t mostParts = 1000;
     std::int64_t parts = 1;
     stream_.seek(second.streamOffset);
@@ -215,14 +215,17 @@ Wrapping EssenceReader::wrappingByBody() {
     if (byLabel == Wrapping::Frame)
         return isOneElement() ? Wrapping::Clip : byLabel;
     PackageBoundary body;
+    PacketHead first;
     bool isCut = false;
     stream_.seek(0);
     for (auto head = stream_.nextCutPacket(); head && !isCut; head = stream_.nextCutPacket()) {
         if (!ElementKey::isContent(head->key))
             continue;
         if (body.startsNext(ElementKey(head->key)))
-            return wrapping_ =
-                       byLabel == Wrapping::Clip && isClipInParts(*head) ? Wrapping::Clip : Wrapping::Frame;
+            return wrapping_ = byLabel == Wrapping::Clip && isClipInParts(first, *head) ? Wrapping::Clip
+                                                                                        : Wrapping::Frame;
+        if (body.empty())
+            first = *head;
         body.add(ElementKey(head->key));
         isCut = head->length > stream_.length() - head->streamOffset;
     }
