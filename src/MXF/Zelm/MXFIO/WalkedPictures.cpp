@@ -27,9 +27,9 @@ bool WalkedPictures::isCoded(ElementKey key) {
 
 void WalkedPictures::add(BodyStream& stream, PacketHead const* element) {
     confirm();
-    last_.emplace();
-    last_->picture = {
-        Essence::Picture::Type::I, false, Essence::Picture::Access::None, false, false, false, lastOrder_};
+    constexpr auto typeI = Essence::Picture::Type::I;
+    constexpr auto noAccess = Essence::Picture::Access::None;
+    last_ = Last{{typeI, false, noAccess, false, false, false, lastOrder_}, false};
     if (element == nullptr)
         return;
     std::uint64_t const most = std::min(element->length, mostRead);
@@ -42,7 +42,7 @@ void WalkedPictures::add(BodyStream& stream, PacketHead const* element) {
             break;
     }
     if (parser_.picture())
-        last_ = {*parser_.picture(), true};
+        last_ = Last{*parser_.picture(), true};
     lastOrder_ = last_->picture.order;
 }
 

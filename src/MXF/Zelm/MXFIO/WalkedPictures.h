@@ -31,7 +31,7 @@ public:
 private:
     struct Last {
         Essence::Picture picture;
-        bool isFound = false;
+        bool isFound;
     };
     void confirm();
 
