@@ -115,8 +115,10 @@ public:
         auto* const csv = parser.add_flag("--csv", csv_,
                                           "Print comma-separated values: a row for each edit unit of --list, "
                                           "or else for each segment");
-        parser.add_flag("--everywhere", everywhere_,
-                        "Look for segments amid essence too: reads the keys of the whole file");
+        parser.add_flag(
+            "--everywhere", everywhere_,
+            "Look for segments amid essence too, as is done in any case where a table has gaps: reads "
+            "the keys of the whole file");
         parser.add_flag(
             "--rebuild", rebuild_,
             "Make the tables anew by walking over the essence, and compare the file's own with them: "
@@ -176,7 +178,10 @@ private:
 
     /// The tables of the file, and its metadata, null when that cannot be read or is of no use.
     IndexSurvey findTables(Input& input, MXFIO::Partition::MetadataPtr& metadata) const {
-        auto survey = surveyIndex(input, everywhere_);
+        auto survey = surveyIndex(input, everywhere_ || rebuild_);
+        auto const hasGaps = [](FoundTable const& table) { return !table.gaps().empty(); };
+        if (std::any_of(survey.tables.begin(), survey.tables.end(), hasGaps))
+            survey = surveyIndex(input, true);
         bool const isWanted = rebuild_ || (list_.empty() && at_.empty() && !offset_);
         try {
             if (isWanted && !survey.partitions.partitions.empty())
