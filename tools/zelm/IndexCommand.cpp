@@ -115,16 +115,7 @@ public:
         auto* const csv = parser.add_flag("--csv", csv_,
                                           "Print comma-separated values: a row for each edit unit of --list, "
                                           "or else for each segment");
-        parser.add_flag(
-            "--everywhere", everywhere_,
-            "Look for segments amid essence too, as is done in any case where a table has gaps: reads "
-            "the keys of the whole file");
-        parser.add_flag(
-            "--rebuild", rebuild_,
-            "Make the tables anew by walking over the essence, and compare the file's own with them: "
-            "where edit units and their elements begin, and of MPEG video and AVC the flags, temporal "
-            "and key frame offsets. Sound in one clip is cut by the size of its samples, other clips "
-            "by the duration of the track. The other options then show the tables made anew");
+        declareWhichTables(parser);
         options_.declare(parser);
         csv->excludes("--json")->excludes(at);
         parser.footer(
@@ -171,6 +162,19 @@ public:
 
 private:
     using Queries = std::vector<std::optional<UnitQuery>>; // one for each table; none where it knows nothing
+
+    void declareWhichTables(CLI::App& parser) {
+        parser.add_flag(
+            "--everywhere", everywhere_,
+            "Look for segments amid essence too, as is done in any case where a table has gaps: reads "
+            "the keys of the whole file");
+        parser.add_flag(
+            "--rebuild", rebuild_,
+            "Make the tables anew by walking over the essence, and compare the file's own with them: "
+            "where edit units and their elements begin, and of MPEG video and AVC the flags, temporal "
+            "and key frame offsets. Sound in one clip is cut by the size of its samples, other clips "
+            "by the duration of the track. The other options then show the tables made anew");
+    }
 
     IndexFormat format() const {
         return options_.json ? IndexFormat::AsJson : csv_ ? IndexFormat::AsCsv : IndexFormat::AsText;
