@@ -1,6 +1,7 @@
 // zelm extract: names, ranges, files that are there already, files that are damaged.
 // tests/peers/compare-extract holds what it writes against another program.
 #include "SmallFile.h"
+#include "support/EssenceBody.h"
 #include "support/Program.h"
 
 #include <gtest/gtest.h>
@@ -73,9 +74,27 @@ TEST(Extract, TakesEditUnitsOfAFileWithoutMetadata) {
             bytes += unitBytes[i];
         EXPECT_EQ(readFile(all.out("clip_v1.m2v")).size(), bytes) << range;
     }
-    for (auto const* const range : {"5", "x:y", "3:2", "10:00:00:00", "10:00:00:00-10:00:01:00", "1-2"})
+    for (auto const* const range :
+         {"5", "x:y", "3:2", "10:00:00:00", "10:00:00:00-10:00:01:00", "1-2", "3:4"})
         EXPECT_EQ(all.run({"--force", "--range", range}).status, 2) << range;
     EXPECT_EQ(readFile(all.out("clip_v1.m2v")).size(), unitBytes[0]); // of the last run that was right
+}
+
+TEST(Extract, TakesLargeElementsInPieces) {
+    Bytes large(std::size_t{5} << 20);
+    for (std::size_t i = 0; i < large.size(); ++i)
+        large[i] = static_cast<unsigned char>(i * i >> 7);
+    Bytes const body = klv(elementKey(pictureTrack), large) + klv(elementKey(pictureTrack), Bytes{1, 2, 3}) +
+                       klv(elementKey(pictureTrack), large);
+    Part header, content, footer;
+    content.kind = PartitionPack::Body;
+    content.bodySID = 1;
+    content.body = body;
+    footer.kind = PartitionPack::Footer;
+    Extracted extracted(makeFile({header, content, footer}).bytes);
+    EXPECT_EQ(extracted.run().status, 0);
+    Bytes const expected = large + Bytes{1, 2, 3} + large;
+    EXPECT_TRUE(readFile(extracted.out("clip_v1.m2v")) == expected); // too much to be printed
 }
 
 TEST(Extract, TakesTheTracksThatAreChosen) {

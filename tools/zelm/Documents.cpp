@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 namespace Zelm {
 
@@ -80,11 +81,12 @@ std::vector<Document> findDocuments(Input& input, Metadata::PartitionMetadata co
         for (auto const& [uid, set] : *metadata)
             takeSet(*set, streams);
     std::vector<Document> documents;
+    std::set<std::string> resources = {""};
     for (auto& [stream, document] : streams) {
         document.streamID = stream;
         document.name = "g" + std::to_string(stream);
-        document.file = base + "_" + (document.resourceID.empty() ? document.name : document.resourceID) +
-                        "." + suffixOf(document);
+        bool const isNew = resources.insert(document.resourceID).second;
+        document.file = base + "_" + (isNew ? document.resourceID : document.name) + "." + suffixOf(document);
         documents.push_back(std::move(document));
     }
     return documents;

@@ -135,11 +135,7 @@ private:
     }
 
     ExitStatus abandon(Extraction& extraction, ExitStatus status) const {
-        try {
-            extraction.abandon();
-        } catch (Exceptions::SystemError const&) {
-            // The system has failed already.
-        }
+        extraction.abandon();
         reportParts(extraction.result());
         return status;
     }

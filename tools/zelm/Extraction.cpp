@@ -98,8 +98,12 @@ void Extraction::openNew(std::optional<std::uint64_t> dataBytes) {
 }
 
 void Extraction::abandon(ExtractTrack& track) {
-    if (track.output)
-        track.output->abandon(result_.parts);
+    try {
+        if (track.output)
+            track.output->abandon(result_.parts);
+    } catch (Exceptions::BaseException const&) {
+        // It is a part all the same, and the first failure is the one that is told.
+    }
     track.output.reset();
 }
 
@@ -165,6 +169,18 @@ void Extraction::prepareDocuments(Input& input, Metadata const& metadata) {
     }
 }
 
+/// A clip that is one edit unit is taken whole. Throws CannotExtract when a range begins behind the end.
+void Extraction::requireUnits(EssenceReader& reader, WantedUnits const& wanted, bool isClip) const {
+    if (options_.range.isAll())
+        return;
+    EssenceUnit unit;
+    std::int64_t const count = isClip ? reader.end().value_or(0) : 0;
+    bool const isThere =
+        isClip ? count <= 1 || wanted.others.first < count : reader.read(wanted.others.first, unit);
+    if (!isThere)
+        throw CannotExtract("the essence has no edit unit " + std::to_string(wanted.others.first));
+}
+
 /// Finds out what a container holds and which part of it is wanted.
 void Extraction::prepare(Input& input, MXFIO::EssenceContainer const& container) {
     EssenceReader reader(input.reader, container, moderateOptions());
@@ -185,6 +201,7 @@ void Extraction::prepare(Input& input, MXFIO::EssenceContainer const& container)
     if (tracks.empty() && !unit.package.elements.empty())
         return; // none is chosen
     auto const wanted = options_.range.wanted(info_, reader, suffix);
+    requireUnits(reader, wanted, isClip);
     for (auto* const track : tracks)
         track->wanted = wanted;
     if (isClip)
@@ -311,6 +328,14 @@ void Extraction::meetInSequence(EssenceUnit const& unit,
     openNew(std::nullopt);
 }
 
+/// True when no track wants edit unit `position` or one behind it.
+bool Extraction::isBehindRange(std::int64_t position) const {
+    auto const& tracks = tracks_.tracks();
+    return !options_.range.isAll() && std::all_of(tracks.begin(), tracks.end(), [&](auto const& each) {
+        return each.wanted.last() <= position;
+    });
+}
+
 void Extraction::run(DataIO::DataSource& source, SharedDictionary const& dictionary) {
     InterruptionGuard const guard;
     MXFIO::EssenceOptions options;
@@ -345,6 +370,10 @@ void Extraction::run(DataIO::DataSource& source, SharedDictionary const& diction
         abandon();
     }
     checkChoices();
+    auto const& tracks = tracks_.tracks();
+    if (!options_.listOnly && !options_.range.isAll() &&
+        std::all_of(tracks.begin(), tracks.end(), [](auto const& each) { return each.units == 0; }))
+        result_.early.push_back("the essence has no edit unit in the range");
     auto const* const last = reader.partitionPack();
     bool const isWhole = last != nullptr && last->partitionKind() == Packs::PartitionPack::Footer;
     if (!isEnough && !isWhole)

@@ -61,6 +61,7 @@ private:
     Metadata findMetadata(Input& input);
     void findContainers(Input& input);
     void prepare(Input& input, MXF::Zelm::MXFIO::EssenceContainer const& container);
+    void requireUnits(MXF::Zelm::MXFIO::EssenceReader& reader, WantedUnits const& wanted, bool isClip) const;
     void prepareDocuments(Input& input, Metadata const& metadata);
     void pumpAll(std::uint64_t size);
     bool step(ExtractPump& pump);
@@ -69,6 +70,8 @@ private:
     // From a source that cannot seek
     void meetInSequence(MXF::Zelm::MXFIO::EssenceUnit const& unit,
                         MXF::Zelm::Templates::vector<MXF::Zelm::MXFIO::EssenceContainer> const& known);
+
+    bool isBehindRange(std::int64_t position) const;
 
     bool isChosen(Document const& document) const;
     void checkChoices() const;

@@ -8,7 +8,11 @@ namespace {
 
 std::sig_atomic_t volatile wasInterrupted = 0;
 
-extern "C" void noteInterruption(int) { wasInterrupted = 1; }
+/// The next one ends the program, which may be waiting for a pipe.
+extern "C" void noteInterruption(int signal) {
+    wasInterrupted = 1;
+    std::signal(signal, SIG_DFL);
+}
 
 } // namespace
 

@@ -24,6 +24,10 @@ OutputFile::OutputFile(std::string name, OutputOptions const& options)
 
 OutputFile::~OutputFile() = default;
 
+std::string OutputFile::partName() const {
+    return name_ == standardOutput ? "standard output" : name_ + ".part";
+}
+
 void OutputFile::write(DataIO::Chain const& chain) {
     sink_->write(chain);
     if (hash_)

@@ -33,7 +33,8 @@ public:
     OutputFile& operator=(OutputFile const&) = delete;
 
     std::string const& name() const { return name_; }
-    std::string partName() const { return name_ + ".part"; }
+    /// What it is called while it is not whole.
+    std::string partName() const;
 
     void write(MXF::Zelm::DataIO::Chain const& chain);
     void write(const unsigned char* bytes, std::size_t size);

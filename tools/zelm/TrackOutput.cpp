@@ -32,8 +32,8 @@ public:
         names_.whenComplete(file_);
     }
     void abandon(std::vector<std::string>& parts) override {
-        file_.abandon();
         parts.push_back(file_.partName());
+        file_.abandon();
     }
 
 private:
@@ -59,8 +59,8 @@ public:
     void abandon(std::vector<std::string>& parts) override {
         if (!file_)
             return;
-        file_->abandon();
         parts.push_back(file_->partName());
+        file_->abandon();
         file_.reset();
     }
 
@@ -83,13 +83,9 @@ public:
         names_.whenComplete(file_);
     }
     void abandon(std::vector<std::string>& parts) override {
-        try {
-            writer_.finish();
-        } catch (Exceptions::BaseException const&) {
-            // What is there stays as it is.
-        }
-        file_.abandon();
         parts.push_back(file_.partName());
+        writer_.finish();
+        file_.abandon();
     }
 
 protected:
