@@ -30,6 +30,7 @@ constexpr CommandRow commandRows[] = {
     {"index", "Show the index tables: coverage, gaps, disagreements, and where edit units lie",
      makeIndexCommand},
     {"frames", "List the edit units: order, timecode, key frames, sizes, where they lie", makeFramesCommand},
+    {"extract", "Write the essence of every track into a file of its own", makeExtractCommand},
     {"diff", "Compare two files: partitions, metadata by role, index tables, essence", makeDiffCommand},
     {"edit", "Change properties of the header metadata, in place or into a new file", makeEditCommand},
 };
