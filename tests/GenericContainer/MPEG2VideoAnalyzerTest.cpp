@@ -43,12 +43,14 @@ TEST(MPEG2VideoAnalyzer, TellsOrderKeyFramesAndPrediction) {
     EXPECT_EQ(indexOf({"SCI0", "P3", "B1", "B2", "P6", "B4", "B5", "SOI2", "B0", "B1", "P5", "B3", "B4"}),
               (Lines{"0 0 C0", "2 -1 22", "-1 -2 33", "-1 -3 33", "2 -4 22", "-1 -5 33", "-1 -6 33", "2 0 40",
                      "-1 -8 33", "-1 -9 33", "2 -3 22", "-1 -4 33", "-1 -5 33"}));
-    EXPECT_EQ(indexOf({"SOI0", "OI0", "SI0"}), (Lines{"0 0 C0", "0 0 80", "0 0 C0"})) << "intra alone";
+    EXPECT_EQ(indexOf({"SOI0", "OI0", "SI0"}), (Lines{"0 0 C0", "0 0 00", "0 0 C0"})) << "intra alone";
     EXPECT_EQ(indexOf({"SCI1", "B0", "P2"}), (Lines{"1 0 C0", "-1 -1 13", "0 -2 22"})) << "backwards alone";
     EXPECT_EQ(indexOf({"SOI2", "P5", "B3", "B4"}), (Lines{"0 0 C0", "2 -1 22", "-1 -2 33", "-1 -3 33"}))
         << "the leading B pictures were cut off";
     EXPECT_EQ(indexOf({"SCI0", "P1", "I2", "P3"}), (Lines{"0 0 C0", "0 -1 22", "0 0 00", "0 -1 22"}))
         << "an I picture in a group";
+    EXPECT_EQ(indexOf({"SCI0", "P9", "B5", "OP7"}), (Lines{"0 0 C0", "1 -1 22", "-1 -2 33", "0 -3 22"}))
+        << "references that make no sense";
 }
 
 TEST(MPEG2VideoAnalyzer, KeepsCountingBeyondAThousandPictures) {

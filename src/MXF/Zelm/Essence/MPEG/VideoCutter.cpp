@@ -33,9 +33,10 @@ bool areFieldsOfOneFrame(PictureHeader const& first, PictureHeader const& second
            first.temporalReference == second.temporalReference;
 }
 
-/// The start code of the last row of macroblocks of a picture; 0 where it cannot be told.
+/// The start code of the last row of macroblocks of a picture; 0 where it cannot be told, as in MPEG-1, whose
+/// slices may go on over rows.
 std::uint32_t lastRow(SequenceHeader const& sequence, bool isField) {
-    if (sequence.height() > tallPicture)
+    if (sequence.isMPEG1() || sequence.height() > tallPicture)
         return 0;
     std::uint32_t const pair = 2 * macroblock;
     if (isField)

@@ -4,15 +4,16 @@
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/MPEGDescriptor.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/MPEGLabels.h"
+#include "MXF/Zelm/GenericContainer/Analyzers/PictureIndexer.h"
 #include "MXF/Zelm/GenericContainer/ElementKey.h"
 
+#include <algorithm>
 #include <deque>
 
 namespace MXF::Zelm::GenericContainer {
 
 namespace {
 
-using Essence::MPEG::PictureType;
 using Essence::MPEG::VideoCutter;
 using Metadata::Structural::FileDescriptor;
 using Metadata::Structural::MPEG2VideoDescriptor;
@@ -22,9 +23,10 @@ constexpr unsigned char frameWrappedMPEG = 0x05;
 /// As many intra pictures in a row make a stream of intra pictures alone.
 constexpr std::size_t lookAhead = 8;
 
-bool isPredicted(VideoCutter::Unit const& unit) {
-    return unit.headers.picture->type == PictureType::P || unit.headers.picture->type == PictureType::B;
-}
+/// B pictures in a row that are told apart from more.
+constexpr std::size_t mostBPictures = 64;
+
+bool isPredicted(VideoCutter::Unit const& unit) { return !isIntra(unit.headers); }
 
 /// Undefined when the header has none that a clock shows.
 Utils::TimeCode timecodeOf(Essence::MPEG::GroupHeader const& group, Templates::Rational<int> const& rate) {
@@ -40,14 +42,15 @@ struct MPEG2VideoAnalyzer::State : Platform::Allocated {
     explicit State(Templates::SharedPtr<DataIO::SliceSource> source) : cutter(std::move(source)) {}
 
     bool fetch();
+    std::size_t followingB();
     bool hasPredictedAhead() const;
 
     VideoCutter cutter;
-    std::deque<VideoCutter::Unit> ahead; // one more than was given, as long as there are more
+    std::deque<VideoCutter::Unit> ahead;                   // not given yet: never empty while there are more
     std::optional<Essence::MPEG::SequenceHeader> sequence; // the first
     Essence::MPEG::PictureHeader firstPicture;
     bool isIntraOnly = false;
-    PictureOrder order;
+    PictureIndexer indexer;
     GroupStatistics groups;
     Utils::TimeCode timecode;
 };
@@ -59,6 +62,14 @@ bool MPEG2VideoAnalyzer::State::fetch() {
         return false;
     ahead.push_back(std::move(unit));
     return true;
+}
+
+/// B pictures between the first unit ahead and the next one that is none.
+std::size_t MPEG2VideoAnalyzer::State::followingB() {
+    std::size_t count = 0;
+    while (count < mostBPictures && (ahead.size() > count + 1 || fetch()) && isB(ahead[count + 1].headers))
+        ++count;
+    return count;
 }
 
 bool MPEG2VideoAnalyzer::State::hasPredictedAhead() const {
@@ -132,24 +143,20 @@ void MPEG2VideoAnalyzer::complete(FileDescriptor& descriptor) {
 bool MPEG2VideoAnalyzer::hasMore() const { return !state_->ahead.empty(); }
 
 std::uint64_t MPEG2VideoAnalyzer::read(EditUnit& unit) {
-    if (state_->ahead.size() < 2)
-        state_->fetch();
-    auto const& current = state_->ahead.front();
-    auto const* const next = state_->ahead.size() > 1 ? &state_->ahead[1].headers : nullptr;
-    if (!containsTemporalDependencies() && current.headers.picture->type == PictureType::B)
+    auto& state = *state_;
+    std::size_t const followingB = state.followingB();
+    auto const& current = state.ahead.front();
+    if (!containsTemporalDependencies() && isB(current.headers))
         throw Exceptions::at(current.offset,
                              Exceptions::InvalidFormat("A B picture in a stream that began as one without"));
-    unit.index =
-        state_->order.add(current.headers, next, {state_->isIntraOnly, containsTemporalDependencies()});
-    state_->groups.add(current.headers);
-    if (current.headers.group)
-        state_->timecode = timecodeOf(*current.headers.group, editRate());
-    else
-        ++state_->timecode;
-    if (state_->timecode.isDefined())
-        unit.timecode = std::make_shared<Utils::TimeCode>(state_->timecode);
-    unit.data = std::move(state_->ahead.front().data);
-    state_->ahead.pop_front();
+    unit.index = state.indexer.add(current.headers, followingB);
+    state.groups.add(current.headers);
+    state.timecode = current.headers.group ? timecodeOf(*current.headers.group, editRate())
+                                           : Utils::TimeCode(state.timecode) += 1;
+    if (state.timecode.isDefined())
+        unit.timecode = std::make_shared<Utils::TimeCode>(state.timecode);
+    unit.data = std::move(state.ahead.front().data);
+    state.ahead.pop_front();
     return 1;
 }
 

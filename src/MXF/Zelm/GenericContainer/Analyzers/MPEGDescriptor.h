@@ -3,7 +3,7 @@
 
 #include "MXF/Zelm/Essence/MPEG/PictureHeader.h"
 #include "MXF/Zelm/Essence/MPEG/SequenceHeader.h"
-#include "MXF/Zelm/GenericContainer/Analyzers/PictureOrder.h"
+#include "MXF/Zelm/GenericContainer/Analyzers/GroupStatistics.h"
 #include "MXF/Zelm/Metadata/Structural/CDCIEssenceDescriptor.h"
 
 namespace MXF::Zelm::GenericContainer {

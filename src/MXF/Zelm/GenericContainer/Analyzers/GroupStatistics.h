@@ -1,38 +1,12 @@
-/// What the index tells of MPEG pictures, and what a descriptor tells of their groups (SMPTE 381M).
+/// What a descriptor tells of the groups of pictures of MPEG video (SMPTE 381M).
 #pragma once
 
 #include "MXF/Zelm/Essence/MPEG/VideoUnit.h"
-#include "MXF/Zelm/GenericContainer/EditUnit.h"
 
+#include <algorithm>
 #include <string>
 
 namespace MXF::Zelm::GenericContainer {
-
-/// Finds out where pictures are shown and what they are predicted from, as they come in stored order.
-class PictureOrder {
-public:
-    struct Kind {
-        bool isIntraOnly = false;
-        bool isReordered = true; ///< else pictures are shown as they are stored, whatever their numbers say
-    };
-
-    /// The next picture. `next` is the one behind it, null at the end: it shows whether the B pictures that
-    /// an I picture leads with are there, or were cut off.
-    EditUnitIndex add(Essence::MPEG::VideoUnit const& unit, Essence::MPEG::VideoUnit const* next, Kind kind);
-
-private:
-    void startGroup(Essence::MPEG::VideoUnit const& unit, Essence::MPEG::VideoUnit const* next);
-    std::uint8_t takeKey(std::int64_t offset, bool canDecode);
-    void indexB(std::int64_t offset, EditUnitIndex& index) const;
-    std::int64_t displayOffset(std::uint16_t temporalReference) const;
-
-    std::int64_t stored_ = -1; // the picture that was added last
-    std::int64_t base_ = 0;    // where temporal reference 0 of the group is shown
-    std::int64_t key_ = 0;     // the last I picture
-    std::int64_t previousKey_ = 0;
-    std::int64_t keyDisplay_ = 0; // where the last I picture is shown
-    bool isClosed_ = true;        // the group
-};
 
 /// Counts what is the same in all groups of pictures, and what is the most.
 class GroupStatistics {
