@@ -49,6 +49,9 @@ protected:
     bool hasMore() const override;
     std::uint64_t read(EditUnit& unit) override;
 
+    /// The first pictures are all intra coded.
+    bool isIntraOnly() const;
+
     /// What the pictures are like, in any descriptor of the kind.
     void describePictures(Metadata::Structural::CDCIEssenceDescriptor& descriptor) const;
 

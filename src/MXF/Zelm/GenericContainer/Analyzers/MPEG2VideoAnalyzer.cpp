@@ -114,6 +114,7 @@ bool MPEG2VideoAnalyzer::containsTemporalDependencies() const {
     return !state_->isIntraOnly && !(sequence().extension && sequence().extension->lowDelay);
 }
 
+bool MPEG2VideoAnalyzer::isIntraOnly() const { return state_->isIntraOnly; }
 Utils::TimeCode MPEG2VideoAnalyzer::currentTimeCode() const { return state_->timecode; }
 unsigned char MPEG2VideoAnalyzer::itemTypeIdentifier() const { return ElementKey::Picture; }
 unsigned char MPEG2VideoAnalyzer::essenceElementType() const { return frameWrappedMPEG; }
