@@ -1,85 +1,15 @@
 /// Content packages as the multiplexer makes them: order, keys, tracks, fill, refusals; and their index.
-#include "MXF/Zelm/GenericContainer/Multiplexer/Mux.h"
-#include "MXF/Zelm/DataIO/Memory/MemoryViewDataSource.h"
-#include "MXF/Zelm/GenericContainer/Multiplexer/SystemItemGenerator.h"
 #include "MXF/Zelm/Metadata/Structural/Packages.h"
 #include "MXF/Zelm/Metadata/Structural/Tracks.h"
-#include "support/EssenceBody.h"
-#include "support/FakeAnalyzer.h"
 #include "support/StandardMetadata.h"
+#include "support/TestMux.h"
 
 namespace MXF::Zelm::Test {
 
 using namespace GenericContainer;
-using namespace GenericContainer::Multiplexer;
+using GenericContainer::Multiplexer::Mux;
 
 namespace {
-
-constexpr Templates::Rational<std::int64_t> atStart = {0, 1};
-
-/// A multiplexer of made-up streams that describes nothing, unless it is given a package.
-struct TestMux {
-    explicit TestMux(Metadata::Structural::SourcePackage* package = nullptr,
-                     Templates::Rational<int> const& rate = {25, 1})
-        : mux(package, {}, rate) {}
-
-    template <class Analyzer>
-    TestMux& add(FakeEssence const& essence, Templates::Rational<std::int64_t> const& offset = atStart,
-                 bool isTimecodeSource = false) {
-        mux.addAnalyzer(std::make_shared<Analyzer>(essence), isTimecodeSource, offset);
-        return *this;
-    }
-    TestMux& system(Utils::TimeCode const& start = {Utils::TimeBase(25), 100}) {
-        mux.addAnalyzer(
-            std::make_shared<SystemItemGenerator>(Templates::Rational<int>{25, 1}, start, KLV::Key()), true,
-            atStart);
-        return *this;
-    }
-
-    Mux mux;
-};
-
-FakeEssence sound(std::vector<std::size_t> sizes, unsigned boundedSize = 0) {
-    return {.sizes = std::move(sizes),
-            .boundedSize = boundedSize,
-            .itemType = 0x16,
-            .elementType = 0x03,
-            .tag = 0x55};
-}
-
-/// All packages that are left.
-std::vector<Bytes> packagesOf(Source& source) {
-    std::vector<Bytes> packages;
-    DataIO::Chain chain;
-    bool mayStart = false;
-    Source::FutureUpdaterPtr updater;
-    Templates::Rational<std::int64_t> position;
-    while (source.next(chain, mayStart, updater, position)) {
-        EXPECT_EQ(updater, nullptr);
-        EXPECT_EQ(position, Utils::framesToSeconds(std::ssize(packages), source.packageRate()));
-        packages.push_back(joined(chain));
-    }
-    EXPECT_TRUE(chain.empty());
-    return packages;
-}
-
-std::vector<Bytes> packagesOf(TestMux& test) { return packagesOf(*test.mux.commit()); }
-
-/// Sizes of the packets of a package, fill in brackets: "120 [392] 70".
-std::string layoutOf(Bytes const& package) {
-    DataIO::Memory::MemoryViewDataSource source(package.data(), package.size());
-    KLV::Reader reader(source);
-    std::string text;
-    while (!source.endOfStream()) {
-        std::uint64_t skipped = 0;
-        std::uint64_t const start = source.absoluteOffset();
-        auto const packet = reader.nextKLV(skipped, 0);
-        packet->value().discard();
-        auto const size = std::to_string(source.absoluteOffset() - start);
-        text += (text.empty() ? "" : " ") + (KLV::isFillItem(packet->key()) ? "[" + size + "]" : size);
-    }
-    return text;
-}
 
 /// The failure of `action`: condition and message, and the file that it names.
 template <class Action>
@@ -154,6 +84,23 @@ TEST(Mux, MakesTracksAndTimecode) {
             std::to_string(dynamic_cast<TimecodeComponent const&>(*component).startTimecode()->value()) +
             "+" + std::to_string(component->duration()->value()) + " ";
     EXPECT_EQ(components, "900000+3 900050+3 ");
+}
+
+TEST(Mux, KnowsTheStartTimecodeBeforeTheFirstPackage) {
+    std::shared_ptr<Metadata::PartitionMetadata> const metadata = standardMetadata();
+    Metadata::Structural::createPreface(*metadata, {});
+    TestMux test(metadata);
+    test.add<FakePicture>({}).system({Utils::TimeBase(25), 900000});
+    auto const source = test.mux.commit();
+    auto const& package = *source->sourcePackage();
+    EXPECT_EQ(Metadata::Structural::startTimecode(package).frameCount(), 900000);
+    packagesOf(*source);
+    source->finalize();
+    std::string found;
+    for (auto const* const track : package.tracks())
+        found += std::to_string(track->trackID()->value()) + ":" +
+                 std::to_string(Metadata::Structural::durationOf(*track).value()) + " ";
+    EXPECT_EQ(found, "1:3 256:3 ");
 }
 
 TEST(Mux, AlignsElements) {
@@ -312,8 +259,12 @@ TEST(Mux, ReadsAsManyEditUnitsAsAPackageLasts) {
     EXPECT_EQ(layoutOf(made[0]), "30") << "the sound begins later";
     EXPECT_TRUE(sameBytes(Bytes(made[1].begin() + 50, made[1].end()), hex("00 55 55 01 55 55")));
     EXPECT_EQ(layoutOf(made[3]), "30 23") << "and ends with half a package";
+    TestMux large;
+    auto const unit = packagesOf(large.add<FakePicture>({.sizes = {0x1000000}, .count = 1}))[0];
+    EXPECT_TRUE(sameBytes({unit.begin() + 16, unit.begin() + 27}, hex("88 00000000 01000000 00 AA")));
     TestMux none;
     auto const source = none.mux.commit();
+    EXPECT_THROW(none.mux.kagSize(2), Exceptions::InvalidChange);
     EXPECT_TRUE(source->done());
     EXPECT_TRUE(packagesOf(*source).empty());
     EXPECT_TRUE(source->takeIndexSegments().empty());

@@ -92,8 +92,8 @@ public:
     void indexFillPackets(bool isIndexed);
 
     /// Prepares the analyzers, makes tracks and descriptors and hands over the source of the content
-    /// packages. The first essence track has the ID 256, the next one 512. Once only: a second call throws
-    /// Exceptions::InvalidChange.
+    /// packages. The first essence track has the ID 256, the next one 512. The multiplexer is spent then:
+    /// every other call throws Exceptions::InvalidChange.
     ///
     /// Refusals: "The essence format is invalid", "Trying to set two sources with temporal reordoring to the
     /// same generic container. MXF only allows for one source with temporal reordoring.", "Trying to set an

@@ -9,7 +9,7 @@
 #include "MXF/Zelm/Templates/SafeCast.h"
 #include "MXF/Zelm/Utils/Align.h"
 
-#include <numeric>
+#include <utility>
 
 namespace MXF::Zelm::GenericContainer::Multiplexer {
 
@@ -49,12 +49,6 @@ void require(bool condition, const char* text, const char* message,
         throw Exception(Exceptions::Condition{text}, message, where);
 }
 
-std::uint32_t leastCommonMultiple(std::uint32_t a, std::uint32_t b) {
-    if (a == 0 || b == 0)
-        return 0;
-    return Templates::safeCast<std::uint32_t>(std::lcm(std::uint64_t{a}, std::uint64_t{b}));
-}
-
 /// Bytes of a constant entry, its alignment included.
 std::uint64_t entryByteCount(AnalyzerEntry const& entry, std::uint32_t kag) {
     std::uint64_t const head = entry.isSystem() ? 0 : KLV::Key::size() + entry.berLength;
@@ -70,6 +64,8 @@ struct Mux::State {
     unsigned int trackID = firstTrackID;
     bool hasReordering = false;
 
+    /// Throws Exceptions::InvalidChange when they were handed over.
+    MuxData& settings() const;
     void gather();
     void prepare(AnalyzerEntry& entry);
     void requireReordering(AnalyzerEntry const& entry);
@@ -79,6 +75,12 @@ struct Mux::State {
     void resetSizes(PaddingKind padding);
     std::unique_ptr<TimecodeTrack> startTimecodeTrack() const;
 };
+
+MuxData& Mux::State::settings() const {
+    if (!data)
+        throw Exceptions::InvalidChange("The multiplexer was committed before");
+    return *data;
+}
 
 Mux::Mux(PartitionMetadataPtr metadata, Types::UniversalLabel const& essenceContainer,
          Templates::Rational<int> const& packageRate)
@@ -109,49 +111,52 @@ void Mux::addAnalyzer(EssenceAnalyzerPtr analyzer, bool isTimecodeSource,
 
 void Mux::addAnalyzer(EssenceAnalyzerPtr analyzer, bool isTimecodeSource,
                       Templates::Rational<std::int64_t> const& temporalOffset, unsigned char elementNumber) {
+    auto& settings = state_->settings();
+    if (!analyzer)
+        throw Exceptions::InvalidValue("There is no analyzer to add");
     auto const kind = analyzer->essenceAnalyzerType();
     auto& item = state_->items.at(kind);
     auto const& limit = itemLimits[kind];
     require<Structure>(kind == Kind::SystemAnalyzer ? item.empty() : item.size() <= MAXIMUM_ITEM_COUNT,
                        limit.condition, limit.message);
-    auto const kag = leastCommonMultiple(state_->data->kagSize, analyzer->requiredKAGSize());
+    auto const kag = Utils::commonGrid(settings.kagSize, analyzer->requiredKAGSize());
     auto const number =
         elementNumber < automaticElementNumber ? elementNumber : static_cast<unsigned char>(item.size());
     item.push_back({.analyzer = std::move(analyzer),
                     .elementNumber = number,
                     .temporalOffset = temporalOffset,
                     .isTimecodeSource = isTimecodeSource});
-    state_->data->kagSize = kag;
+    settings.kagSize = kag;
 }
 
 void Mux::kagSize(unsigned int bytes) {
-    state_->data->kagSize = leastCommonMultiple(state_->data->kagSize, bytes);
+    state_->settings().kagSize = Utils::commonGrid(state_->settings().kagSize, bytes);
 }
 
-unsigned int Mux::kagSize() const { return state_->data->kagSize; }
+unsigned int Mux::kagSize() const { return state_->settings().kagSize; }
 
 void Mux::State::resetSizes(PaddingKind padding) {
-    data->padding = padding;
-    data->itemSizes.fill(MuxData::unset);
-    data->editUnitSize = MuxData::unset;
+    settings().padding = padding;
+    settings().itemSizes.fill(MuxData::unset);
+    settings().editUnitSize = MuxData::unset;
 }
 
 void Mux::paddToElement() { state_->resetSizes(PadToElement); }
 
 void Mux::paddToItem(int system, int compound, int picture, int sound, int sizeOfData) {
     state_->resetSizes(PadToItem);
-    state_->data->itemSizes = {system, compound, picture, sound, sizeOfData};
+    state_->settings().itemSizes = {system, compound, picture, sound, sizeOfData};
 }
 
 void Mux::paddToEditUnit(unsigned int size) {
     auto const bytes = Templates::safeCast<std::int32_t>(size);
     state_->resetSizes(PadToEditUnit);
-    state_->data->editUnitSize = bytes;
+    state_->settings().editUnitSize = bytes;
 }
 
-Mux::PaddingKind Mux::paddingType() const { return state_->data->padding; }
+Mux::PaddingKind Mux::paddingType() const { return state_->settings().padding; }
 
-void Mux::indexFillPackets(bool isIndexed) { state_->data->indexFillPackets = isIndexed; }
+void Mux::indexFillPackets(bool isIndexed) { state_->settings().indexFillPackets = isIndexed; }
 
 /// Puts the entries of all items into one list, in the order of the content package.
 void Mux::State::gather() {
@@ -204,11 +209,9 @@ void Mux::State::requireReordering(AnalyzerEntry const& entry) {
 }
 
 void Mux::State::composeKey(AnalyzerEntry& entry) {
-    std::copy_n(KLV::mxfEssenceDictionaryGenericContainerV1Keys, 12, entry.key.rawBuffer());
-    entry.key[12] = entry.analyzer->itemTypeIdentifier();
-    entry.key[13] = static_cast<unsigned char>(items[entry.kind()].size());
-    entry.key[14] = entry.analyzer->essenceElementType();
-    entry.key[15] = entry.elementNumber;
+    entry.key = ElementKey::makeKey(entry.analyzer->itemTypeIdentifier(),
+                                    static_cast<unsigned char>(items[entry.kind()].size()),
+                                    entry.analyzer->essenceElementType(), entry.elementNumber);
 }
 
 /// The system metadata pack tells which items there are.
@@ -244,9 +247,8 @@ std::unique_ptr<TimecodeTrack> Mux::State::startTimecodeTrack() const {
 }
 
 Templates::auto_ptr<Source> Mux::commit() {
-    if (!state_->data)
-        throw Exceptions::InvalidChange("The multiplexer was committed before");
     auto& state = *state_;
+    state.settings();
     state.gather();
     for (auto& entry : state.data->entries)
         state.prepare(entry);
