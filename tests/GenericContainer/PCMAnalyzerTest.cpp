@@ -57,7 +57,7 @@ TEST(PCMAnalyzer, GivesTheSamplesOfEachFrame) {
     EXPECT_EQ(analyzer.requiredKAGSize(), 1u);
     Bytes all;
     EditUnit unit;
-    for (std::size_t const samples : {1602, 1601, 1602, 1601, 1602, 100}) {
+    for (std::size_t const samples : {1602u, 1601u, 1602u, 1601u, 1602u, 100u}) {
         EXPECT_FALSE(analyzer.done());
         ASSERT_TRUE(analyzer.nextEditUnit(unit));
         EXPECT_EQ(unit.data.size(), samples * 6);

@@ -17,14 +17,16 @@ namespace MXF::Zelm::Utils {
 /// A small value.
 class MXFZELM_EXPORT SampleCadence {
 public:
-    /// Throws Exceptions::InvalidValue for rates that are not positive, fewer than one sample an edit unit, or
-    /// more than 2^31 of them.
+    /// Throws Exceptions::InvalidValue for rates that are not positive, fewer than one sample an edit unit,
+    /// or more than 2^31 of them.
     SampleCadence(std::uint32_t samplingRate, Templates::Rational<int> const& editRate);
 
     /// Samples of the edit units before `unit`; the largest number where that is beyond 64 bits.
     std::uint64_t samplesBefore(std::uint64_t unit) const;
 
-    std::uint64_t samplesOf(std::uint64_t unit) const { return samplesBefore(unit + 1) - samplesBefore(unit); }
+    std::uint64_t samplesOf(std::uint64_t unit) const {
+        return samplesBefore(unit + 1) - samplesBefore(unit);
+    }
 
     /// The most that any edit unit has.
     std::uint64_t mostSamples() const { return (numerator_ + denominator_ - 1) / denominator_; }

@@ -26,10 +26,9 @@ SampleCadence::SampleCadence(std::uint32_t samplingRate, Templates::Rational<int
     numerator_ /= common;
     denominator_ /= common;
     if (numerator_ >= largestTerm || denominator_ > numerator_)
-        throw Exceptions::InvalidValue(std::to_string(samplingRate) +
-                                       " samples a second cannot be shared out to " +
-                                       std::to_string(editRate.numerator) + "/" +
-                                       std::to_string(editRate.denominator) + " edit units");
+        throw Exceptions::InvalidValue(
+            std::to_string(samplingRate) + " samples a second cannot be shared out to " +
+            std::to_string(editRate.numerator) + "/" + std::to_string(editRate.denominator) + " edit units");
 }
 
 std::uint64_t SampleCadence::samplesBefore(std::uint64_t unit) const {
