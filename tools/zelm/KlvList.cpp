@@ -1,40 +1,14 @@
 /// Lists of packets. Rows are printed as they come: a file may have millions of packets.
 #include "Json.h"
 #include "KlvReport.h"
+#include "RowOutput.h"
 #include "Text.h"
-
-#include <iostream>
 
 namespace Zelm {
 
 using namespace MXF::Zelm;
 
 namespace {
-
-/// Gathers output, so that a row costs no call of the stream.
-class Output {
-public:
-    ~Output() { flush(); }
-
-    std::string& text() { return text_; }
-    void rowEnded() {
-        if (text_.size() >= full)
-            flush();
-    }
-    void flush() {
-        std::cout.write(text_.data(), static_cast<std::streamsize>(text_.size()));
-        text_.clear();
-    }
-
-private:
-    static constexpr std::size_t full = 64 * 1024;
-    std::string text_;
-};
-
-void appendPadded(std::string& out, std::string const& text, std::size_t width) {
-    out.append(text.size() < width ? width - text.size() : 0, ' ');
-    out += text;
-}
 
 class TextList : public KlvReport {
 public:
@@ -77,7 +51,7 @@ public:
     void end(std::optional<Fault> const&) override { output_.flush(); }
 
 private:
-    Output output_;
+    RowOutput output_;
     KeyTexts<std::function<std::string(KLV::Key const&)>> words_;
     std::size_t offsetWidth_ = 0;
     std::size_t lengthWidth_ = 0;
@@ -125,7 +99,7 @@ private:
         output_.rowEnded();
     }
 
-    Output output_;
+    RowOutput output_;
     KeyTexts<std::function<std::string(KLV::Key const&)>> words_;
     bool first_ = true;
 };
