@@ -2,8 +2,10 @@
 #include "MXF/Zelm/Essence/Ancillary/ActiveFormat.h"
 #include "MXF/Zelm/Essence/Ancillary/CaptionPacket.h"
 #include "MXF/Zelm/Essence/Ancillary/Identifiers.h"
+#include "MXF/Zelm/Essence/Ancillary/LineCaptions.h"
 #include "MXF/Zelm/Essence/Ancillary/Packet.h"
 #include "MXF/Zelm/Essence/Ancillary/Timecode.h"
+#include "MXF/Zelm/Platform/Text.h"
 #include "support/Bytes.h"
 
 namespace MXF::Zelm::Test {
@@ -158,6 +160,54 @@ TEST(CaptionPacket, TellsWhatIsWrong) {
     EXPECT_TRUE(faultsWith(12, 0x11) & CaptionPacket::UnknownSection);
     EXPECT_TRUE(faultsWith(captions.size() - 2, 0x11) & CaptionPacket::OtherSequence);
     survivesEveryFault(summedUp(captions), [](Bytes const& bytes) { readCaptionPacket(bytes); });
+}
+
+namespace {
+
+unsigned char withOddParity(unsigned char byte) {
+    return static_cast<unsigned char>(std::popcount(byte) % 2 != 0 ? byte : byte | 0x80);
+}
+
+/// "channel: text" for each row that pairs without parity give.
+std::vector<std::string> captionsOf(unsigned field, std::string_view pairs) {
+    LineCaptions decoder;
+    Templates::vector<CaptionRow> rows;
+    auto const bytes = hex(pairs);
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
+        decoder.take(field, {withOddParity(bytes[i]), withOddParity(bytes[i + 1])}, rows);
+    decoder.finish(rows);
+    std::vector<std::string> texts;
+    for (auto const& row : rows)
+        texts.push_back(std::to_string(row.channel) + ": " + Platform::toUtf8(row.text));
+    return texts;
+}
+
+using Texts = std::vector<std::string>;
+
+} // namespace
+
+TEST(LineCaptions, AreRowsOfText) {
+    // Codes come twice. Pop on: row 15, then row 14, which stands above it, with a note and "E" become "é".
+    EXPECT_EQ(
+        captionsOf(1, "1420 1420 1460 1460 4142 1440 1440 1137 1137 4500 1221 1221 142F 142F 142C 142C"),
+        Texts({"1: \xE2\x99\xAA\xC3\x89", "1: AB"}));
+    EXPECT_EQ(captionsOf(1, "1C29 4142 1429 4344 1C2C"), Texts({"2: AB", "1: CD"}));
+    // Roll up by two rows, on channel 2 of field 2; the last row never ends.
+    EXPECT_EQ(captionsOf(2, "1D25 1D25 1D2D 4869 1D2D 1D2D 2179 1D21 1D21 6F00"), Texts({"4: Hi", "4: !o"}));
+    EXPECT_EQ(captionsOf(1, "142A 4142 1429 1429 4344"), Texts({"1: CD"})) << "text channels are left out";
+    EXPECT_EQ(captionsOf(2, "1529 4142 0103 5858 0F10 5959"), Texts({"3: ABYY"})) << "as are other data";
+    std::string many = "1429";
+    for (int i = 0; i < 100; ++i)
+        many += "4142";
+    EXPECT_EQ(captionsOf(1, many).at(0).size(), 3 + LineCaptions::mostColumns);
+
+    Templates::vector<CaptionRow> rows;
+    LineCaptions decoder;
+    decoder.take(1, {0x94, 0x29}, rows);
+    decoder.take(1, {0x41, 0xC1}, rows);
+    decoder.finish(rows);
+    EXPECT_EQ(rows, (Templates::vector<CaptionRow>{{1, u"\u2588A"}})) << "wrong parity";
+    EXPECT_THROW(decoder.take(0, {0, 0}, rows), Exceptions::InvalidValue);
 }
 
 } // namespace MXF::Zelm::Test
