@@ -121,7 +121,8 @@ TEST(FrameElement, TellsWhatIsWrongAndReadsOn) {
         EXPECT_EQ(element.bytesBehind, 0u);
     }
     EXPECT_EQ(read(hex(std::string("0003") + oneCaption)).packetCount, 3u);
-    EXPECT_EQ(read(hex(std::string("0001") + oneCaption + "00 00 00")).bytesBehind, 3u);
+    EXPECT_EQ(read(hex(std::string("0001") + oneCaption + "00 01 00")).bytesBehind, 3u);
+    EXPECT_EQ(read(hex(std::string("0001") + oneCaption + "00 00 00")).bytesBehind, 0u) << "filled up";
     auto const cut = read(hex(std::string("0002") + oneCaption + "0009 04"));
     ASSERT_EQ(cut.packets.size(), 2u);
     EXPECT_EQ(cut.packets[1].faults, unsigned{CutOff});

@@ -60,7 +60,7 @@ struct MXFZELM_EXPORT FrameElement {
     /// Packets that the element claims to have; more than `packets` when it ends before.
     unsigned packetCount = 0;
 
-    /// Bytes behind the last packet. Some writers fill up the element there; others have lost count.
+    /// Bytes behind the last packet; 0 when all of them are 0, with which some writers fill up the element.
     std::uint64_t bytesBehind = 0;
 };
 

@@ -47,7 +47,7 @@ public:
             parsePacket();
         if (element_.packets.size() < element_.packetCount && reader_.remaining() > 0)
             element_.packets.push_back({{}, reader_.absoluteOffset(), CutOff});
-        element_.bytesBehind = reader_.remaining();
+        element_.bytesBehind = bytesBehind();
         return std::move(element_);
     }
 
@@ -87,6 +87,14 @@ private:
         std::uint64_t const bySamples =
             filledUp(bytesOfSamples(found.stored.coding, found.stored.sampleCount));
         return bySamples != 0 && bySamples <= reader_.remaining() ? bySamples : reader_.remaining();
+    }
+
+    std::uint64_t bytesBehind() {
+        auto const rest = reader_.readChain(reader_.remaining());
+        auto const isFill = [](DataIO::Slice const& slice) {
+            return std::all_of(slice.begin(), slice.end(), [](unsigned char byte) { return byte == 0; });
+        };
+        return std::all_of(rest.begin(), rest.end(), isFill) ? 0 : rest.size();
     }
 
     /// Bytes that fill up behind a packet but are not counted: where no packet can begin here but one can
