@@ -87,6 +87,17 @@ TEST(FrameElement, PacksTenBitsInEitherPlace) {
     EXPECT_TRUE(sameBytes(Bytes(stored.payload.begin(), stored.payload.end()), upper));
     auto other = stored;
     other.payload = DataIO::Slice::copyOf(lower.data(), lower.size());
+    // Words of which only the parity of the first three tells where they stand.
+    auto even = storeANC(Packet::ofBytes(0x60, 0x60, {}), 9, WrappingType::Field1, SampleCoding::Luma10);
+    auto const evenLower = hex("26098200 2C000000");
+    even.payload = DataIO::Slice::copyOf(evenLower.data(), evenLower.size());
+    EXPECT_EQ(readANC(even).packet, Packet::ofBytes(0x60, 0x60, {}));
+    EXPECT_EQ(readANC(even).faults, 0u);
+    // A dark line of VBI looks like such words, and is none.
+    StoredPacket dark{21, WrappingType::Field1, SampleCoding::Luma10};
+    std::vector<std::uint16_t> const level(720, 0x041);
+    dark.samples(level);
+    EXPECT_EQ(dark.samples(), level);
     for (auto const& each : {stored, other}) {
         EXPECT_EQ(readANC(each).packet, packet);
         EXPECT_EQ(readANC(each).faults, 0u);

@@ -52,6 +52,10 @@ std::string unitText(AncillaryTrack const& track, std::int64_t unit) {
     return grouped(static_cast<std::uint64_t>(unit)) + (timecode ? " (" + *timecode + ")" : "");
 }
 
+std::string countText(std::uint64_t count, const char* what) {
+    return grouped(count) + " " + what + (count == 1 ? "" : "s");
+}
+
 class TextReport : public Report {
 public:
     void end(std::vector<Fault> const&) override {
@@ -73,8 +77,8 @@ private:
                   << ", body SID " << track.bodySID;
         if (track.editRate.denominator != 0)
             std::cout << ", " << rateText(track.editRate) << " edit units a second";
-        std::cout << ": " << grouped(tallied.elements) << " edit units, " << grouped(tallied.packets)
-                  << (track.isANC() ? " packets\n" : " lines\n");
+        std::cout << ": " << countText(tallied.elements, "edit unit") << ", "
+                  << countText(tallied.packets, track.isANC() ? "packet" : "line") << "\n";
         if (!tallied.rows.empty())
             table(tallied).print(std::cout);
         for (auto const& [message, fault] : tallied.faults)
@@ -87,17 +91,19 @@ private:
         constexpr auto left = Table::Align::Left, right = Table::Align::Right;
         Table rows({{track.isANC() ? "packet" : "line", left},
                     {"what it is", left},
-                    {track.isANC() ? "packets" : "lines", right},
-                    {"on line", left},
+                    {"count", right},
+                    {track.isANC() ? "on line" : "", left},
                     {"first in edit unit", left},
                     {"last in edit unit", left}});
+        auto const add = [&](std::string const& what, std::string const& name, Occurrence const& occurrence,
+                             std::string const& lines) {
+            rows.add({what, name, grouped(occurrence.count), lines, unitText(track, occurrence.first),
+                      unitText(track, occurrence.last)});
+        };
         for (auto const& [key, row] : tallied.rows) {
-            rows.add({row.identifier, row.name, grouped(row.packets.count),
-                      track.isANC() ? linesText(row) : "", unitText(track, row.packets.first),
-                      unitText(track, row.packets.last)});
+            add(row.identifier, row.name, row.packets, track.isANC() ? linesText(row) : "");
             for (auto const& [what, fact] : row.facts)
-                rows.add({"", "  " + what + detailText(fact), grouped(fact.count), "",
-                          unitText(track, fact.first), unitText(track, fact.last)});
+                add("", "  " + what + detailText(fact), fact, "");
         }
         return rows;
     }

@@ -24,7 +24,7 @@ public:
 
 using PacketProviderPtr = Templates::SharedPtr<PacketProvider, Templates::LockedCounter>;
 
-/// What the two kinds have in common.
+/// What the two kinds have in common. Both may stand in one container, one of each.
 class MXFZELM_EXPORT PacketAnalyzer : public DataAnalyzer {
 public:
     ~PacketAnalyzer() override;
@@ -69,6 +69,7 @@ public:
     KLV::Key proposeKey(KLV::Key const& key) const override;
 
 protected:
+    /// Throws Exceptions::InvalidValue when there is no provider.
     PacketAnalyzer(ElementKind kind, PacketProviderPtr provider);
 
 private:
@@ -90,15 +91,15 @@ private:
 /// Lines of the vertical blanking interval.
 class MXFZELM_EXPORT VBIAnalyzer : public PacketAnalyzer {
 public:
-    explicit VBIAnalyzer(PacketProviderPtr provider)
-        : PacketAnalyzer(ElementKind::VBI, std::move(provider)) {}
+    explicit VBIAnalyzer(PacketProviderPtr provider);
+    ~VBIAnalyzer() override;
 };
 
 /// Ancillary data packets.
 class MXFZELM_EXPORT ANCAnalyzer : public PacketAnalyzer {
 public:
-    explicit ANCAnalyzer(PacketProviderPtr provider)
-        : PacketAnalyzer(ElementKind::ANC, std::move(provider)) {}
+    explicit ANCAnalyzer(PacketProviderPtr provider);
+    ~ANCAnalyzer() override;
 };
 
 } // namespace MXF::Zelm::GenericContainer::S436M

@@ -80,10 +80,13 @@ struct MXFZELM_EXPORT StoredPacket {
 
     /// As many samples as `sampleCount` says, or as the payload holds; none of a coding that is unknown. The
     /// first sample of one bit stands in the top bit of its byte. Of 10 bits three stand in a big-endian word
-    /// of 32: in bits 31-22, 21-12 and 11-2. (The standard's text was not at hand for either place. For 10
-    /// bits payloads are read, too, that have bits 29-20, 19-10 and 9-0: where bits 1 and 0 are set in some
-    /// word and 31 and 30 in none, or where the head of an ancillary packet has right parity then only.)
+    /// of 32: in bits 31-22, 21-12 and 11-2, or, where bits 1 and 0 are set in some word and 31 and 30 in
+    /// none, in bits 29-20, 19-10 and 9-0. (The standard's text was not at hand for either place: the first
+    /// one is written.)
     Templates::vector<std::uint16_t> samples() const;
+
+    /// The same for a payload of 10 bits whose samples are known to stand in bits 29-20, 19-10 and 9-0.
+    Templates::vector<std::uint16_t> samplesAtLowerEnd() const;
 
     /// Sets payload and sample count; each sample gives its low bits. Throws Exceptions::InvalidValue for a
     /// coding that is unknown, Exceptions::InvalidLength for more than 65535 samples.

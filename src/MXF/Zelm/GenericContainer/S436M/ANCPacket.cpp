@@ -16,8 +16,14 @@ Precision precisionOf(SampleCoding coding) {
 
 } // namespace
 
+/// Where words of 10 bits stand in the payload shows in the parity of the first three.
 ReadPacket readANC(StoredPacket const& stored) {
-    return readPacket(stored.samples(), precisionOf(stored.coding));
+    auto const precision = precisionOf(stored.coding);
+    auto read = readPacket(stored.samples(), precision);
+    if (precision == Precision::Bits10 && (read.faults & WrongParity) != 0)
+        if (auto other = readPacket(stored.samplesAtLowerEnd(), precision); (other.faults & WrongParity) == 0)
+            return other;
+    return read;
 }
 
 StoredPacket storeANC(Packet const& packet, std::uint16_t lineNumber, WrappingType wrapping,

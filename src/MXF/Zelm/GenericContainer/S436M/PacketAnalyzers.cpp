@@ -121,4 +121,12 @@ KLV::Key PacketAnalyzer::proposeKey(KLV::Key const& key) const {
     return changed;
 }
 
+VBIAnalyzer::VBIAnalyzer(PacketProviderPtr provider)
+    : PacketAnalyzer(ElementKind::VBI, std::move(provider)) {}
+VBIAnalyzer::~VBIAnalyzer() = default;
+
+ANCAnalyzer::ANCAnalyzer(PacketProviderPtr provider)
+    : PacketAnalyzer(ElementKind::ANC, std::move(provider)) {}
+ANCAnalyzer::~ANCAnalyzer() = default;
+
 } // namespace MXF::Zelm::GenericContainer::S436M

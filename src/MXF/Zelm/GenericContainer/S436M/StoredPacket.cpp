@@ -1,7 +1,6 @@
 #include "MXF/Zelm/GenericContainer/S436M/StoredPacket.h"
 
 #include "MXF/Zelm/ByteCoders/BigEndian.h"
-#include "MXF/Zelm/Essence/Ancillary/Packet.h"
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 
 #include <algorithm>
@@ -67,20 +66,12 @@ Samples unpackWords(DataIO::Slice const& payload, std::size_t count, unsigned lo
     return values;
 }
 
-/// Whether DID, SDID and data count, which fill the first word, have right parity.
-bool isPacketHead(DataIO::Slice const& payload, unsigned lowBits) {
-    auto const head = unpackWords(payload, samplesPerWord, lowBits);
-    return head.size() == samplesPerWord &&
-           std::all_of(head.begin(), head.end(), Essence::Ancillary::hasParity);
-}
-
+/// Two bits of a word are free: where only the upper ones are 0, its samples stand at the lower end.
 bool standsAtLowerEnd(DataIO::Slice const& payload) {
     std::uint32_t all = 0;
     for (std::size_t i = 0; i < payload.size() / 4; ++i)
         all |= wordAt(payload, i);
-    if ((all & 0xC0000000) != 0)
-        return false;
-    return (all & 0x03) != 0 || (isPacketHead(payload, 0) && !isPacketHead(payload, 2));
+    return (all & 0xC0000003) != 0 && (all & 0xC0000000) == 0;
 }
 
 std::vector<unsigned char> packBits(std::span<std::uint16_t const> values) {
@@ -164,11 +155,13 @@ Samples StoredPacket::samples() const {
     case 8:
         return Samples(payload.begin(), payload.begin() + std::min<std::size_t>(sampleCount, payload.size()));
     case 10:
-        return unpackWords(payload, sampleCount, standsAtLowerEnd(payload) ? 0 : 2);
+        return standsAtLowerEnd(payload) ? samplesAtLowerEnd() : unpackWords(payload, sampleCount, 2);
     default:
         return {};
     }
 }
+
+Samples StoredPacket::samplesAtLowerEnd() const { return unpackWords(payload, sampleCount, 0); }
 
 void StoredPacket::samples(std::span<std::uint16_t const> values) {
     unsigned const bits = bitsOf(coding);
