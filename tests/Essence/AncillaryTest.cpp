@@ -58,15 +58,16 @@ TEST(AncillaryPacket, HasWordsWithParityAndChecksum) {
 
 TEST(AncillaryPacket, TellsWhatIsWrongAndKeepsTheRest) {
     auto const faults10 = [](Words const& words) { return readPacket(words, Precision::Bits10).faults; };
-    EXPECT_EQ(faults10(with(words10, 6, 0x297)), unsigned{WrongChecksum});
-    EXPECT_EQ(faults10(with(words10, 3, 0x2AB)), unsigned{WrongChecksum});
-    EXPECT_EQ(faults10(with(words10, 0, 0x261)), WrongParity | WrongChecksum);
-    EXPECT_EQ(faults10(cut(words10, 2)), unsigned{TooShort});
-    EXPECT_EQ(faults10({}), unsigned{TooShort});
-    EXPECT_EQ(readPacket(with(words8, 2, 2), Precision::Bits8).faults, unsigned{WrongChecksum});
-    EXPECT_EQ(readPacket(with(words8, 2, 1), Precision::Bits8).faults, WrongChecksum | WordsBehind);
+    EXPECT_EQ(faults10(with(words10, 6, 0x297)), unsigned{ReadPacket::WrongChecksum});
+    EXPECT_EQ(faults10(with(words10, 3, 0x2AB)), unsigned{ReadPacket::WrongChecksum});
+    EXPECT_EQ(faults10(with(words10, 0, 0x261)), ReadPacket::WrongParity | ReadPacket::WrongChecksum);
+    EXPECT_EQ(faults10(cut(words10, 2)), unsigned{ReadPacket::TooShort});
+    EXPECT_EQ(faults10({}), unsigned{ReadPacket::TooShort});
+    EXPECT_EQ(readPacket(with(words8, 2, 2), Precision::Bits8).faults, unsigned{ReadPacket::WrongChecksum});
+    EXPECT_EQ(readPacket(with(words8, 2, 1), Precision::Bits8).faults,
+              ReadPacket::WrongChecksum | ReadPacket::WordsBehind);
     auto const tooMany = readPacket(with(words8, 2, 200), Precision::Bits8);
-    EXPECT_EQ(tooMany.faults, unsigned{CountTooLarge});
+    EXPECT_EQ(tooMany.faults, unsigned{ReadPacket::CountTooLarge});
     EXPECT_EQ(tooMany.dataCount, 200u);
     EXPECT_EQ(tooMany.packet.bytes(), hex("AA BB CC"));
 }

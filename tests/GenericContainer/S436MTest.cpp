@@ -47,11 +47,16 @@ TEST(FrameElement, IsReadAndWritten) {
     EXPECT_EQ(readANC(found.stored).packet, packet);
     EXPECT_TRUE(sameBytes(writtenElement({storeANC(packet, 9, WrappingType::ProgressiveFrame)}), bytes));
     EXPECT_TRUE(sameBytes(writtenElement({}), hex("0000")));
+    DataIO::Chain pieces;
+    for (auto const& byte : bytes)
+        pieces.append(DataIO::Slice::copyOf(&byte, 1));
+    auto const fromPieces = readFrameElement(ElementKind::ANC, pieces);
+    EXPECT_TRUE(sameBytes(writtenElement({fromPieces.packets.at(0).stored}), bytes));
     EXPECT_EQ(read(hex("0000")).packetCount, 0u);
 }
 
 TEST(FrameElement, KeepsEveryWrappingAndCoding) {
-    for (unsigned const wrapping : {1, 2, 3, 4, 0x11, 0x12, 0x13, 0x14})
+    for (unsigned const wrapping : {1u, 2u, 3u, 4u, 0x11u, 0x12u, 0x13u, 0x14u})
         for (unsigned coding = 1; coding <= 12; ++coding)
             for (auto const kind : {ElementKind::VBI, ElementKind::ANC}) {
                 SCOPED_TRACE(std::to_string(wrapping) + " " + std::to_string(coding));
@@ -69,8 +74,9 @@ TEST(FrameElement, KeepsEveryWrappingAndCoding) {
                 EXPECT_EQ(element.bytesBehind, 0u);
                 auto const& found = element.packets[1];
                 bool const isVBI = kind == ElementKind::VBI;
-                EXPECT_EQ(found.faults, (isVBI && wrapping > 4 ? UnknownWrapping : 0u) |
-                                            ((isVBI ? coding > 9 : coding < 4) ? UnknownCoding : 0u));
+                EXPECT_EQ(found.faults,
+                          (isVBI && wrapping > 4 ? FoundPacket::UnknownWrapping : 0u) |
+                              ((isVBI ? coding > 9 : coding < 4) ? FoundPacket::UnknownCoding : 0u));
                 EXPECT_EQ(found.stored.samples(), samples);
                 EXPECT_TRUE(sameBytes(writtenElement({element.packets[0].stored, found.stored}), bytes));
                 EXPECT_EQ(found.stored.field(), wrapping % 16 == 2 ? 1u : wrapping % 16 == 3 ? 2u : 0u);
@@ -109,15 +115,16 @@ TEST(FrameElement, TellsWhatIsWrongAndReadsOn) {
         const char* packet;
         unsigned faults;
     } const cases[] = {
-        {"0009 05 04 0003 00000004 00000001 61010000", UnknownWrapping},
-        {"0009 04 0D 0003 00000004 00000001 61010000", UnknownCoding},
-        {"0466 04 04 0003 00000004 00000001 61010000", LineOutOfRange},
+        {"0009 05 04 0003 00000004 00000001 61010000", FoundPacket::UnknownWrapping},
+        {"0009 04 0D 0003 00000004 00000001 61010000", FoundPacket::UnknownCoding},
+        {"0466 04 04 0003 00000004 00000001 61010000", FoundPacket::LineOutOfRange},
         {"4465 04 04 0003 00000004 00000001 61010000", 0}, // 1125 of field 2
-        {"0009 04 04 0003 00000002 00000002 61010000", WrongItemSize},
-        {"0009 04 04 0003 00000004 00000000 61010000", WrongItemSize},
-        {"0009 04 04 0003 00001000 00000001 61010000", PayloadTooLarge},
-        {"0009 04 04 0003 FFFFFFFF FFFFFFFF 61010000", WrongItemSize | PayloadTooLarge},
-        {"0009 04 04 0005 00000004 00000001 61010000", TooManySamples},
+        {"0009 04 04 0003 00000002 00000002 61010000", FoundPacket::WrongItemSize},
+        {"0009 04 04 0003 00000004 00000000 61010000", FoundPacket::WrongItemSize},
+        {"0009 04 04 0003 00001000 00000001 61010000", FoundPacket::PayloadTooLarge},
+        {"0009 04 04 0003 FFFFFFFF FFFFFFFF 61010000",
+         FoundPacket::WrongItemSize | FoundPacket::PayloadTooLarge},
+        {"0009 04 04 0005 00000004 00000001 61010000", FoundPacket::TooManySamples},
         {"0009 04 04 0003 00000003 00000001 610100", 0},   // not filled up
         {"0009 04 04 0003 00000003 00000001 61010000", 0}, // filled up, not counted
     };
@@ -136,7 +143,7 @@ TEST(FrameElement, TellsWhatIsWrongAndReadsOn) {
     EXPECT_EQ(read(hex(std::string("0001") + oneCaption + "00 00 00")).bytesBehind, 0u) << "filled up";
     auto const cut = read(hex(std::string("0002") + oneCaption + "0009 04"));
     ASSERT_EQ(cut.packets.size(), 2u);
-    EXPECT_EQ(cut.packets[1].faults, unsigned{CutOff});
+    EXPECT_EQ(cut.packets[1].faults, unsigned{FoundPacket::CutOff});
     survivesEveryFault(hex(std::string("0002") + oneCaption + oneCaption), [](Bytes const& bytes) {
         for (auto const& found : read(bytes).packets)
             EXPECT_LE(found.stored.payload.size() + found.offset, bytes.size());
@@ -218,6 +225,8 @@ TEST(PacketAnalyzers, WrapFramesAndDescribeThem) {
     std::vector<std::uint64_t> sizes;
     while (anc.nextEditUnit(unit)) {
         sizes.push_back(unit.data.size());
+        for (auto const& found : readFrameElement(ElementKind::ANC, unit.data).packets)
+            EXPECT_EQ(readANC(found.stored).packet, Packet::ofBytes(0x61, 0x01, hex("01 02")));
         EXPECT_EQ(unit.duration, (Templates::Rational<std::int64_t>{1, 25}));
     }
     EXPECT_EQ(sizes, (std::vector<std::uint64_t>{24, 2, 24})) << "three frames are 3/25 seconds";

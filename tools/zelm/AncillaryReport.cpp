@@ -190,6 +190,8 @@ private:
             json["content"].push_back({{"text", what}});
             auto& content = json["content"].back();
             appendOccurrence(track, fact, content);
+            if (fact.firstDetail.empty())
+                continue;
             content["first"]["detail"] = fact.firstDetail;
             content["last"]["detail"] = fact.lastDetail;
         }

@@ -64,22 +64,22 @@ enum class Precision { Bits8, Bits10 };
 /// Exceptions::InvalidLength for more user data than a packet holds.
 MXFZELM_EXPORT Templates::vector<Word> wordsOf(Packet const& packet, Precision precision, bool withChecksum);
 
-/// What may be wrong with a packet; a bit each.
-enum Fault : unsigned {
-    TooShort = 0x01,      ///< not even DID, SDID and data count are there
-    CountTooLarge = 0x02, ///< the data count tells of more words than there are
-    WrongChecksum = 0x04,
-    WrongParity = 0x08, ///< of DID, SDID or data count
-    WordsBehind = 0x10, ///< there are more words than the data count tells of
-};
-
-inline constexpr Fault everyFault[] = {TooShort, CountTooLarge, WrongChecksum, WrongParity, WordsBehind};
-
-/// A fault in words.
-MXFZELM_EXPORT const char* faultText(Fault fault);
-
 /// A packet as it was found, with as much of its user data as there is.
 struct MXFZELM_EXPORT ReadPacket {
+    /// What may be wrong; a bit each.
+    enum Fault : unsigned {
+        TooShort = 0x01,      ///< not even DID, SDID and data count are there
+        CountTooLarge = 0x02, ///< the data count tells of more words than there are
+        WrongChecksum = 0x04,
+        WrongParity = 0x08, ///< of DID, SDID or data count
+        WordsBehind = 0x10, ///< there are more words than the data count tells of
+    };
+
+    static constexpr Fault everyFault[] = {TooShort, CountTooLarge, WrongChecksum, WrongParity, WordsBehind};
+
+    /// A fault in words.
+    static const char* faultText(Fault fault);
+
     Packet packet = {};
 
     /// User data words that the packet claims to have.

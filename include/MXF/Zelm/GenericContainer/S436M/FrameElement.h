@@ -26,31 +26,31 @@ inline constexpr KLV::Key ancContainer = "060E2B34.04010109.0D010301.020E0000"_k
 inline constexpr std::uint32_t vbiTrackNumber = 0x17010101;
 inline constexpr std::uint32_t ancTrackNumber = 0x17010201;
 
-/// What may be wrong with a packet in its element; a bit each.
-enum PacketFault : unsigned {
-    UnknownWrapping = 0x01,
-    UnknownCoding = 0x02,
-    LineOutOfRange = 0x04,
-    WrongItemSize = 0x08,   ///< items of another size than one byte
-    PayloadTooLarge = 0x10, ///< the payload claims more bytes than the element has left
-    TooManySamples = 0x20,  ///< there are more samples than the payload has room for
-    CutOff = 0x40,          ///< the element ends within the packet's head
-};
-
-inline constexpr PacketFault everyPacketFault[] = {
-    UnknownWrapping, UnknownCoding, LineOutOfRange, WrongItemSize, PayloadTooLarge, TooManySamples, CutOff};
-
-/// A fault in words.
-MXFZELM_EXPORT const char* faultText(PacketFault fault);
-
 /// A packet as it was found.
 struct MXFZELM_EXPORT FoundPacket {
+    /// What may be wrong; a bit each.
+    enum Fault : unsigned {
+        UnknownWrapping = 0x01,
+        UnknownCoding = 0x02,
+        LineOutOfRange = 0x04,
+        WrongItemSize = 0x08,   ///< items of another size than one byte
+        PayloadTooLarge = 0x10, ///< the payload claims more bytes than the element has left
+        TooManySamples = 0x20,  ///< there are more samples than the payload has room for
+        CutOff = 0x40,          ///< the element ends within the packet's head
+    };
+
+    static constexpr Fault everyFault[] = {UnknownWrapping, UnknownCoding,  LineOutOfRange, WrongItemSize,
+                                           PayloadTooLarge, TooManySamples, CutOff};
+
+    /// A fault in words.
+    static const char* faultText(Fault fault);
+
     StoredPacket stored = {};
 
     /// Of its head in the element's value.
     std::uint64_t offset = 0;
 
-    /// Bits of `PacketFault`.
+    /// Bits of `Fault`.
     unsigned faults = 0;
 };
 

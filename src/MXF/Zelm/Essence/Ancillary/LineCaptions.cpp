@@ -81,8 +81,8 @@ void LineCaptions::take(unsigned field, std::array<unsigned char, 2> pair, Rows&
         state.isExtendedData = first != 0x0F; // which ends them
     else if (!state.isExtendedData)
         for (auto const byte : pair)
-            if (auto const code = byte & 0x7F; code >= 0x20)
-                put(current(field), hasOddParity(byte) ? basicCharacters[code - 0x20u] : block);
+            if (unsigned const code = byte & 0x7Fu; code >= 0x20)
+                put(current(field), hasOddParity(byte) ? basicCharacters[code - 0x20] : block);
 }
 
 void LineCaptions::control(unsigned field, unsigned char first, unsigned char second, Rows& rows) {

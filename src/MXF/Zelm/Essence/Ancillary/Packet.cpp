@@ -32,9 +32,9 @@ void readEnd(std::span<Word const> rest, Word expected, ReadPacket& found) {
         return;
     found.checksum = rest.front();
     if (rest.front() != expected)
-        found.faults |= WrongChecksum;
+        found.faults |= ReadPacket::WrongChecksum;
     if (!isPadding(rest.subspan(1)))
-        found.faults |= WordsBehind;
+        found.faults |= ReadPacket::WordsBehind;
 }
 
 } // namespace
@@ -71,7 +71,7 @@ Templates::vector<Word> wordsOf(Packet const& packet, Precision precision, bool 
     return words;
 }
 
-const char* faultText(Fault fault) {
+const char* ReadPacket::faultText(Fault fault) {
     switch (fault) {
     case TooShort:
         return "is too short for a packet";
@@ -93,17 +93,17 @@ ReadPacket readPacket(std::span<Word const> words, Precision precision) {
     if (words.size() < headWords) {
         found.packet.did = words.empty() ? 0 : low8(words[0]);
         found.packet.sdid = words.size() < 2 ? 0 : low8(words[1]);
-        found.faults = TooShort;
+        found.faults = ReadPacket::TooShort;
         return found;
     }
     found.packet.did = low8(words[0]);
     found.packet.sdid = low8(words[1]);
     found.dataCount = low8(words[2]);
     if (precision == Precision::Bits10 && !std::all_of(words.begin(), words.begin() + headWords, hasParity))
-        found.faults |= WrongParity;
+        found.faults |= ReadPacket::WrongParity;
     std::size_t const count = std::min<std::size_t>(found.dataCount, words.size() - headWords);
     if (found.dataCount > count)
-        found.faults |= CountTooLarge;
+        found.faults |= ReadPacket::CountTooLarge;
     for (Word const word : words.subspan(headWords, count))
         found.packet.userData.push_back(precision == Precision::Bits8 ? withParity(low8(word)) : word);
     Word const expected = precision == Precision::Bits8 ? wordsOf(found.packet, precision, true).back()

@@ -20,8 +20,9 @@ Precision precisionOf(SampleCoding coding) {
 ReadPacket readANC(StoredPacket const& stored) {
     auto const precision = precisionOf(stored.coding);
     auto read = readPacket(stored.samples(), precision);
-    if (precision == Precision::Bits10 && (read.faults & WrongParity) != 0)
-        if (auto other = readPacket(stored.samplesAtLowerEnd(), precision); (other.faults & WrongParity) == 0)
+    if (precision == Precision::Bits10 && (read.faults & ReadPacket::WrongParity) != 0)
+        if (auto other = readPacket(stored.samplesAtLowerEnd(), precision);
+            (other.faults & ReadPacket::WrongParity) == 0)
             return other;
     return read;
 }

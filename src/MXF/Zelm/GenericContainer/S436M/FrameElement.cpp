@@ -46,7 +46,7 @@ public:
         while (element_.packets.size() < element_.packetCount && reader_.remaining() >= headSize)
             parsePacket();
         if (element_.packets.size() < element_.packetCount && reader_.remaining() > 0)
-            element_.packets.push_back({{}, reader_.absoluteOffset(), CutOff});
+            element_.packets.push_back({{}, reader_.absoluteOffset(), FoundPacket::CutOff});
         element_.bytesBehind = bytesBehind();
         return std::move(element_);
     }
@@ -64,14 +64,14 @@ private:
         found.faults = faultsOf(stored);
         stored.payload = std::move(*reader_.readAligned(payloadLength(found)));
         if (bytesOfSamples(stored.coding, stored.sampleCount) > stored.payload.size())
-            found.faults |= TooManySamples;
+            found.faults |= FoundPacket::TooManySamples;
         element_.packets.push_back(std::move(found));
     }
 
     unsigned faultsOf(StoredPacket const& stored) const {
-        return (isKnown(stored.wrapping, kind_) ? 0u : UnknownWrapping) |
-               (isKnown(stored.coding, kind_) ? 0u : UnknownCoding) |
-               (stored.line() <= lines_ ? 0u : LineOutOfRange);
+        return (isKnown(stored.wrapping, kind_) ? 0u : FoundPacket::UnknownWrapping) |
+               (isKnown(stored.coding, kind_) ? 0u : FoundPacket::UnknownCoding) |
+               (stored.line() <= lines_ ? 0u : FoundPacket::LineOutOfRange);
     }
 
     /// Reads the two fields of the payload's length.
@@ -79,11 +79,11 @@ private:
         std::uint64_t const count = reader_.readInteger<std::uint32_t>();
         std::uint64_t const itemSize = reader_.readInteger<std::uint32_t>();
         if (itemSize != 1)
-            found.faults |= WrongItemSize;
+            found.faults |= FoundPacket::WrongItemSize;
         std::uint64_t const length = count * std::max<std::uint64_t>(itemSize, 1); // 32 bits each
         if (length <= reader_.remaining())
             return length;
-        found.faults |= PayloadTooLarge;
+        found.faults |= FoundPacket::PayloadTooLarge;
         std::uint64_t const bySamples =
             filledUp(bytesOfSamples(found.stored.coding, found.stored.sampleCount));
         return bySamples != 0 && bySamples <= reader_.remaining() ? bySamples : reader_.remaining();
@@ -148,7 +148,7 @@ std::uint64_t sizeOf(std::span<StoredPacket const> packets) {
 
 } // namespace
 
-const char* faultText(PacketFault fault) {
+const char* FoundPacket::faultText(Fault fault) {
     switch (fault) {
     case UnknownWrapping:
         return "has an unknown wrapping type";
