@@ -423,6 +423,17 @@ TEST(EssenceReader, CutsClipsByTheirIndex) {
     File whole(clipFile(value), {}, container);
     EXPECT_EQ(clipUnits(whole, value), (Sizes{1000}));
     EXPECT_EQ(File(clipFile(value)).essence.wrapping(), Wrapping::Clip);
+
+    // A label of edit units is not believed where one element holds several of them by the index.
+    auto mislabelled = container;
+    mislabelled.tracks.front().wrapping = Wrapping::Frame;
+    File framed(clipFile(value, written(*makeSegment({.byteCount = 500}))), {}, mislabelled);
+    EXPECT_EQ(clipUnits(framed, value), (Sizes{500, 500}));
+    for (std::uint32_t const byteCount : {501u, 1000u, 0u})
+        EXPECT_EQ(File(clipFile(value, written(*makeSegment({.byteCount = byteCount}))), {}, mislabelled)
+                      .essence.wrapping(),
+                  Wrapping::Frame)
+            << byteCount;
 }
 
 TEST(EssenceReader, GivesWhatThereIsOfAClip) {

@@ -37,6 +37,7 @@ std::unique_ptr<Command> makeKlvCommand();
 std::unique_ptr<Command> makeDumpCommand();
 std::unique_ptr<Command> makeDiffCommand();
 std::unique_ptr<Command> makeIndexCommand();
+std::unique_ptr<Command> makeFramesCommand();
 std::unique_ptr<Command> makeAncillaryCommand();
 std::unique_ptr<Command> makeEditCommand();
 

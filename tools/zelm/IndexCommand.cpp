@@ -1,4 +1,5 @@
 /// `zelm index FILE`: the index tables of a file, and where edit units lie.
+#include "IndexPlot.h"
 #include "IndexReport.h"
 #include "MetadataChoice.h"
 #include "UnitRange.h"
@@ -34,7 +35,11 @@ public:
         auto* const csv = parser.add_flag("--csv", csv_,
                                           "Print comma-separated values: a row for each edit unit of --list, "
                                           "or else for each segment");
+        auto* const plot = parser.add_option("--plot", plot_, "Draw the bytes of the edit units, as SVG");
+        plot->type_name("OUT.svg")->excludes(at)->excludes(list)->excludes(csv);
+        parser.add_flag("--force", force_, "Replace OUT.svg if it is there")->needs(plot);
         options_.declare(parser);
+        plot->excludes("--json");
         csv->excludes("--json")->excludes(at);
         parser.footer("\nExamples:\n"
                       "  zelm index FILE                          the tables, and what does not agree\n"
@@ -42,6 +47,7 @@ public:
                       "  zelm index --at 10:00:10:00 FILE         what is shown at that timecode\n"
                       "  zelm index --list 0:25 --display FILE    the first 25 as they are shown\n"
                       "  zelm index --list : --csv FILE           all of them, for a spreadsheet\n"
+                      "  zelm index --plot sizes.svg FILE         a picture of their sizes\n"
                       "\nExit status 1: the tables disagree with the file.");
     }
 
@@ -60,6 +66,8 @@ public:
         ExitStatus status = Done;
         if (!list_.empty())
             listUnits(file_, survey, *parseUnits(list_), display_, format());
+        else if (!plot_.empty())
+            status = plot(input, survey);
         else if (!at_.empty())
             status = showUnits(input, survey, number.value_or(0), isTimecode);
         else
@@ -134,7 +142,18 @@ private:
         return !answer["edit_units"].empty();
     }
 
-    std::string file_, at_, list_;
+    ExitStatus plot(Input& input, IndexSurvey const& survey) const {
+        try {
+            plotIndex(input, survey, plot_, force_);
+        } catch (Exceptions::InvalidValue const& refusal) {
+            reportFault(file_, refusal.message());
+            return WrongUse;
+        }
+        return Done;
+    }
+
+    std::string file_, at_, list_, plot_;
+    bool force_ = false;
     bool display_ = false;
     bool csv_ = false;
     ReportOptions options_;

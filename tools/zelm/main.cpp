@@ -29,6 +29,7 @@ constexpr CommandRow commandRows[] = {
     {"dump", "Show the header metadata as a tree, every property decoded", makeDumpCommand},
     {"index", "Show the index tables: coverage, gaps, disagreements, and where edit units lie",
      makeIndexCommand},
+    {"frames", "List the edit units: order, timecode, key frames, sizes, where they lie", makeFramesCommand},
     {"ancillary", "Show VBI and ancillary data: kinds of packets, lines, captions, faults",
      makeAncillaryCommand},
     {"diff", "Compare two files: partitions, metadata by role, index tables, essence", makeDiffCommand},

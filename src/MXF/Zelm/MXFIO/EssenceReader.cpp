@@ -24,6 +24,25 @@ EssenceReader::Options onlyTrack(EssenceTrack const& track) {
     return options;
 }
 
+/// Whether the stream is one whole element in which edit units of a constant size by the index table lie one
+/// after another. Some writers label clips as if they were wrapped by edit units.
+bool isOneLongElement(BodyStream& stream, Seeker& seeker) {
+    std::optional<PacketHead> only;
+    stream.seek(0);
+    while (auto const head = stream.nextPacket()) {
+        if (!ElementKey::isContent(head->key))
+            continue;
+        if (only)
+            return false;
+        only = head;
+    }
+    if (!only || stream.isOpenEnded() || seeker.table() == nullptr || seeker.table()->size() == 0)
+        return false;
+    auto const& segment = *seeker.table()->begin()->second;
+    return segment.indexEntryCount() == 0 && segment.editUnitByteCount() != nullptr &&
+           *segment.editUnitByteCount() != 0 && only->length / 2 >= segment.editUnitByteCount()->value();
+}
+
 } // namespace
 
 bool EssenceOptions::isSelected(ElementKey key) const {
@@ -173,12 +192,15 @@ Wrapping EssenceReader::wrapping() {
     return found;
 }
 
-/// What the label says, unless the first element of the body comes again: then it is no clip. Without a label
-/// a body of one element, as far as there is one, is a clip.
+/// What the label says, unless the body shows that it cannot be: the first element of a clip comes again, or
+/// the only element of edit units holds more than one of them. Without a label a body of one element, as far
+/// as there is one, is a clip.
 Wrapping EssenceReader::wrappingByBody() {
     auto const byLabel = container_.wrapping();
-    if (byLabel == Wrapping::Frame || stream_.length() == 0)
+    if (stream_.length() == 0)
         return byLabel;
+    if (byLabel == Wrapping::Frame)
+        return isOneLongElement(stream_, seeker_) ? Wrapping::Clip : Wrapping::Frame;
     PackageBoundary body;
     bool isCut = false;
     stream_.seek(0);

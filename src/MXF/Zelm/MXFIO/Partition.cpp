@@ -28,14 +28,18 @@ Partition::Partition(Reader& reader, KLV::Packet& packet, Packs::PartitionPack p
 
 Partition::~Partition() = default;
 
-/// Fill items between the pack and what follows it, which no byte count includes.
+/// Fill items between the pack and what follows it, which no byte count includes. Writers put one there; a
+/// bound keeps many packs in front of one long chain of fill from costing the square of their number.
 void Partition::measureLeadingFill() {
+    constexpr int mostItems = 64;
     std::uint64_t const packEnd = addOffsets(offset_, packLength_);
     std::uint64_t fill = 0;
     try {
         std::uint64_t skipped = 0;
-        while (source_.seek(addOffsets(packEnd, fill)) == addOffsets(packEnd, fill) &&
-               !source_.endOfStream() && KLV::isFillItem(klvReader_.peekNextKey(skipped, 0)))
+        for (int items = 0;
+             items < mostItems && source_.seek(addOffsets(packEnd, fill)) == addOffsets(packEnd, fill) &&
+             !source_.endOfStream() && KLV::isFillItem(klvReader_.peekNextKey(skipped, 0));
+             ++items)
             fill = addOffsets(fill, klvReader_.nextKLV(skipped, 0)->klvLength());
     } catch (Exceptions::BaseException const&) {
         // No packet follows; whoever reads on meets the fault.

@@ -1,0 +1,68 @@
+#include "StandardInput.h"
+
+#include <MXF/Zelm/Exceptions/Exceptions.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+
+#if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
+#endif
+
+namespace Zelm {
+
+using namespace MXF::Zelm;
+
+namespace {
+
+/// The system's error number.
+long lastError() {
+#if defined(_WIN32)
+    return static_cast<long>(_doserrno);
+#else
+    return errno;
+#endif
+}
+
+} // namespace
+
+StandardInput::StandardInput() {
+#if defined(_WIN32)
+    ::_setmode(0, _O_BINARY);
+#endif
+    std::setvbuf(stdin, nullptr, _IONBF, 0); // who reads has blocks of its own
+}
+
+bool StandardInput::endOfStream() const { return std::feof(stdin) != 0; }
+
+std::uint64_t StandardInput::read(unsigned char* buffer, std::uint64_t size) {
+    constexpr std::uint64_t mostAtOnce = std::uint64_t{1} << 30;
+    std::uint64_t done = 0;
+    while (done < size) {
+        auto const wanted = static_cast<std::size_t>(std::min(size - done, mostAtOnce));
+        std::size_t const got = std::fread(buffer + done, 1, wanted, stdin);
+        done += got;
+        if (got < wanted)
+            break;
+    }
+    if (std::ferror(stdin) != 0)
+        throw Exceptions::SystemError("standard input", "cannot read", lastError());
+    position_ += done;
+    return done;
+}
+
+std::uint64_t StandardInput::skip(std::uint64_t size) {
+    unsigned char passed[65536];
+    std::uint64_t done = 0;
+    while (done < size) {
+        auto const got = read(passed, std::min<std::uint64_t>(size - done, sizeof passed));
+        if (got == 0)
+            break;
+        done += got;
+    }
+    return done;
+}
+
+} // namespace Zelm
