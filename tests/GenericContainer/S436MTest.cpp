@@ -8,8 +8,9 @@
 #include "MXF/Zelm/Metadata/Structural/Tracks.h"
 #include "support/EssenceBody.h"
 #include "support/StandardMetadata.h"
+#include "support/TestMux.h"
 
-#include <numeric>
+#include <algorithm>
 
 namespace MXF::Zelm::Test {
 
@@ -209,6 +210,7 @@ TEST(PacketAnalyzers, WrapFramesAndDescribeThem) {
         {packetOn(9, 0x61, 0x01)}, {}, {packetOn(9, 0x61, 0x01)}, {packetOn(9, 0x61, 0x01)}}));
     VBIAnalyzer vbi(std::make_shared<Frames>(Templates::vector<Templates::vector<StoredPacket>>{}));
     EXPECT_FALSE(anc.preload());
+    anc.setDuration({3, 25});
     for (PacketAnalyzer* const analyzer :
          {static_cast<PacketAnalyzer*>(&vbi), static_cast<PacketAnalyzer*>(&anc)}) {
         analyzer->editRate({25, 1});
@@ -220,7 +222,6 @@ TEST(PacketAnalyzers, WrapFramesAndDescribeThem) {
     }
     EXPECT_EQ(anc.proposeKey(elementKey(0x17020200)), elementKey(ancTrackNumber));
 
-    anc.setDuration({3, 25});
     EditUnit unit;
     std::vector<std::uint64_t> sizes;
     while (anc.nextEditUnit(unit)) {
@@ -254,6 +255,31 @@ TEST(PacketAnalyzers, WrapFramesAndDescribeThem) {
     bounded.boundedEditUnitSize(23);
     EXPECT_TRUE(bounded.isCBE());
     EXPECT_THROW(bounded.nextEditUnit(unit), Exceptions::InvalidLength);
+}
+
+TEST(PacketAnalyzers, AreMultiplexedAndHandedOutAgain) {
+    Templates::vector<Templates::vector<StoredPacket>> const frames{
+        {packetOn(9, 0x61, 0x01), packetOn(571, 0x41, 0x05)}, {}, {packetOn(10, 0x60, 0x60)}};
+    for (int const bound : {0, 100}) {
+        TestMux test;
+        for (std::shared_ptr<PacketAnalyzer> const& analyzer :
+             {std::shared_ptr<PacketAnalyzer>(
+                  std::make_shared<VBIAnalyzer>(std::make_shared<Frames>(frames))),
+              std::shared_ptr<PacketAnalyzer>(
+                  std::make_shared<ANCAnalyzer>(std::make_shared<Frames>(frames)))}) {
+            analyzer->boundedEditUnitSize(bound);
+            test.mux.addAnalyzer(analyzer, false, atStart);
+        }
+        auto const made = packagesOf(test);
+        ASSERT_EQ(made.size(), frames.size());
+        EXPECT_EQ(made[0].size() == made[1].size(), bound != 0) << "filled up to one size";
+        for (std::size_t i = 0; i < made.size(); ++i) {
+            auto const vbi = klv(elementKey(vbiTrackNumber), writtenElement(frames[i]));
+            auto const anc = klv(elementKey(ancTrackNumber), writtenElement(frames[i]));
+            EXPECT_TRUE(std::equal(vbi.begin(), vbi.end(), made[i].begin()));
+            EXPECT_NE(std::search(made[i].begin() + 1, made[i].end(), anc.begin(), anc.end()), made[i].end());
+        }
+    }
 }
 
 } // namespace MXF::Zelm::Test

@@ -36,7 +36,7 @@ public:
     std::uint64_t maximumToSkip() const override { return 0; }
     void maximumToSkip(std::uint64_t) override {}
 
-    /// False without an edit rate above 0.
+    /// Asks for the packets of the first frame. False without an edit rate above 0.
     bool preload() override;
 
     /// Makes the track with its descriptor, of `trackNumber` as `proposeKey` changes it; on another call sets
@@ -44,8 +44,9 @@ public:
     bool setMetadata(Metadata::PartitionMetadata& metadata, Metadata::Structural::SourcePackage* package,
                      unsigned int trackNumber, unsigned int trackID) override;
 
-    /// Throws what the provider throws, and what `writeFrameElement` throws; Exceptions::InvalidLength for an
-    /// element beyond `boundedEditUnitSize`.
+    /// Asks for the packets of the frame behind, so that `done` is known. Throws what the provider throws,
+    /// and what `writeFrameElement` throws; Exceptions::InvalidLength for an element beyond
+    /// `boundedEditUnitSize`.
     bool nextEditUnit(EditUnit& unit) override;
 
     /// Sets the durations of the track and its descriptor.
@@ -63,7 +64,7 @@ public:
     unsigned char itemTypeIdentifier() const override;
     unsigned char essenceElementType() const override;
     unsigned int requiredKAGSize() const override { return 1; }
-    bool done() const override { return done_; }
+    bool done() const override { return isStarted_ && !hasNext_; }
 
     /// Bytes 13 and 15 become 01, as the register of keys has them for these elements alone.
     KLV::Key proposeKey(KLV::Key const& key) const override;
@@ -74,6 +75,8 @@ protected:
 
 private:
     bool isOver() const;
+    void start();
+    void fetch();
     Metadata::Structural::GenericDataEssenceDescriptor&
     createDescriptor(Metadata::PartitionMetadata& metadata) const;
 
@@ -82,8 +85,9 @@ private:
     Templates::Rational<int> editRate_ = {};
     unsigned int boundedSize_ = 0;
     std::int64_t frames_ = 0; // given so far
-    bool done_ = false;
-    Templates::vector<StoredPacket> packets_;
+    bool isStarted_ = false;
+    bool hasNext_ = false;
+    Templates::vector<StoredPacket> packets_;              // of the next frame
     Metadata::Structural::TimelineTrack* track_ = nullptr; // owned by the metadata
     Metadata::Structural::GenericDataEssenceDescriptor* descriptor_ = nullptr;
 };

@@ -34,7 +34,23 @@ PacketAnalyzer::PacketAnalyzer(ElementKind kind, PacketProviderPtr provider)
 
 PacketAnalyzer::~PacketAnalyzer() = default;
 
-bool PacketAnalyzer::preload() { return isPositive(editRate_); }
+bool PacketAnalyzer::preload() {
+    if (!isPositive(editRate_))
+        return false;
+    start();
+    return true;
+}
+
+void PacketAnalyzer::start() {
+    if (!isStarted_)
+        fetch();
+    isStarted_ = true;
+}
+
+void PacketAnalyzer::fetch() {
+    packets_.clear();
+    hasNext_ = !isOver() && provider_->nextFrame(packets_);
+}
 
 GenericDataEssenceDescriptor& PacketAnalyzer::createDescriptor(Metadata::PartitionMetadata& metadata) const {
     if (kind_ == ElementKind::VBI)
@@ -74,9 +90,8 @@ bool PacketAnalyzer::isOver() const {
 
 bool PacketAnalyzer::nextEditUnit(EditUnit& unit) {
     unit.clear();
-    packets_.clear();
-    done_ = done_ || isOver() || !provider_->nextFrame(packets_);
-    if (done_)
+    start();
+    if (!hasNext_)
         return false;
     unit.data = writeFrameElement(packets_);
     if (boundedSize_ != 0 && unit.data.size() > boundedSize_)
@@ -86,6 +101,7 @@ bool PacketAnalyzer::nextEditUnit(EditUnit& unit) {
     unit.duration = Utils::framesToSeconds(1, editRate_);
     unit.index.flags = IndexTables::IndexEntry::RandomAccess;
     ++frames_;
+    fetch();
     return true;
 }
 
