@@ -31,6 +31,8 @@ constexpr CommandRow commandRows[] = {
      makeIndexCommand},
     {"frames", "List the edit units: order, timecode, key frames, sizes, where they lie", makeFramesCommand},
     {"extract", "Write the essence of every track into a file of its own", makeExtractCommand},
+    {"ancillary", "Show VBI and ancillary data: kinds of packets, lines, captions, faults",
+     makeAncillaryCommand},
     {"diff", "Compare two files: partitions, metadata by role, index tables, essence", makeDiffCommand},
     {"edit", "Change properties of the header metadata, in place or into a new file", makeEditCommand},
 };
