@@ -38,6 +38,19 @@ public:
         : number_(std::uint32_t{key[12]} << 24 | std::uint32_t{key[13]} << 16 | std::uint32_t{key[14]} << 8 |
                   key[15]) {}
 
+    /// The key of a generic container's element with these last bytes.
+    static constexpr KLV::Key makeKey(unsigned char itemType, unsigned char elementCount,
+                                      unsigned char elementType, unsigned char elementNumber) {
+        KLV::Key key;
+        for (int i = 0; i < 12; ++i)
+            key[i] = KLV::mxfEssenceDictionaryGenericContainerV1Keys[i];
+        key[12] = itemType;
+        key[13] = elementCount;
+        key[14] = elementType;
+        key[15] = elementNumber;
+        return key;
+    }
+
     /// True for the keys of essence elements and system items, and for private keys of the essence dictionary
     /// (classes 14 and 15), which writers number in the same way.
     static bool isContent(KLV::Key const& key) {

@@ -15,6 +15,8 @@
 #include "MXF/Zelm/Templates/Memory.h"
 #include "MXF/Zelm/Types/UniversalLabel.h"
 
+#include <optional>
+
 namespace MXF::Zelm::Metadata {
 class PartitionMetadata;
 namespace Structural {
@@ -62,7 +64,8 @@ public:
                              unsigned int trackID) = 0;
 
     /// The next edit unit, in stored order; `unit` is overwritten. False when the stream has ended. Throws
-    /// Exceptions::InvalidFormat for essence that cannot be read on.
+    /// Exceptions::InvalidFormat for essence that cannot be read on. Where edit units have one size and are
+    /// as small as samples, a run of them, as long as the duration says.
     virtual bool nextEditUnit(EditUnit& unit) = 0;
 
     /// To be called behind the last edit unit: what is known only now (durations, bit rates) goes into the
@@ -72,7 +75,9 @@ public:
     /// The essence container label.
     virtual Types::UniversalLabel universalLabel() const = 0;
 
-    /// True when no edit unit has more than `boundedEditUnitSize` bytes, which each is filled up to.
+    /// True when no edit unit has more than `boundedEditUnitSize` bytes, which each is filled up to. Fill
+    /// takes at least 20 bytes: where edit units differ by less, as those of sound in cadence, and no
+    /// alignment may be counted on to leave room, the bound is 20 bytes above the longest.
     virtual bool isCBE() const = 0;
 
     /// Bytes of each edit unit where `isCBE`, else 0 or the largest that is to be expected.
@@ -82,7 +87,8 @@ public:
     /// True for pictures that are stored in another order than shown.
     virtual bool containsTemporalDependencies() const = 0;
 
-    /// Of the edit unit that was given last; undefined when the analyzer knows none.
+    /// Of the edit unit that was given last, before that of the first one when it is known; undefined when
+    /// the analyzer knows none.
     virtual Utils::TimeCode currentTimeCode() const = 0;
 
     /// Bytes 12 and 14 of the keys of its elements, counted from 0 (SMPTE 379M).
@@ -96,6 +102,9 @@ public:
     virtual bool done() const = 0;
 
     virtual EssenceAnalyzerType essenceAnalyzerType() const = 0;
+
+    /// Bytes of all edit units together, when that is known before they are read. Unknown unless overridden.
+    virtual std::optional<std::uint64_t> byteCount() const;
 
     /// The key of its elements, given the one that the container's rules make. As it is unless overridden.
     virtual KLV::Key proposeKey(KLV::Key const& key) const;

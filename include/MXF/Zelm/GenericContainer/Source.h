@@ -56,7 +56,7 @@ public:
     /// wait for others in display order come later. Each segment is handed out once; the next ones begin
     /// where they end. Their SIDs are 0: the writer sets them. No entry array is longer than its two-byte
     /// item length allows. Where every package has the same size, the one segment with an EditUnitByteCount
-    /// is given from the first package on, with duration 0 (all of the container), and again behind
+    /// is given at once, before the first package, with duration 0 (all of the container), and again behind
     /// `finalize` with the true duration.
     virtual Templates::vector<SegmentPtr> takeIndexSegments() = 0;
 

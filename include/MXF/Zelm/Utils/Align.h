@@ -1,7 +1,10 @@
 /// How far data is from the next multiple of the KLV alignment grid (KAG, SMPTE 377M).
 #pragma once
 
+#include "MXF/Zelm/Templates/SafeCast.h"
+
 #include <cstdint>
+#include <numeric>
 
 namespace MXF::Zelm::Utils {
 
@@ -24,6 +27,14 @@ constexpr std::uint64_t alignBytes(std::uint32_t kag, std::uint64_t position, st
         return 0;
     std::uint64_t const gap = grid - position % grid;
     return gap < minimum ? gap + roundUp(minimum, kag) : gap;
+}
+
+/// The grid whose steps stand on two grids: the least common multiple; 0, which is no grid, when either is 0.
+/// Throws Exceptions::BaseException with "Type size exceeded" beyond 32 bits.
+constexpr std::uint32_t commonGrid(std::uint32_t a, std::uint32_t b) {
+    if (a == 0 || b == 0)
+        return 0;
+    return Templates::safeCast<std::uint32_t>(std::lcm(std::uint64_t{a}, std::uint64_t{b}));
 }
 
 } // namespace MXF::Zelm::Utils

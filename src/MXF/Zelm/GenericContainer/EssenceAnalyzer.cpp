@@ -4,6 +4,8 @@ namespace MXF::Zelm::GenericContainer {
 
 EssenceAnalyzer::~EssenceAnalyzer() = default;
 
+std::optional<std::uint64_t> EssenceAnalyzer::byteCount() const { return std::nullopt; }
+
 KLV::Key EssenceAnalyzer::proposeKey(KLV::Key const& key) const { return key; }
 
 void EssenceAnalyzer::customizeDescriptor(Metadata::Structural::FileDescriptor& /*descriptor*/) const {}

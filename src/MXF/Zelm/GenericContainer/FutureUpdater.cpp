@@ -1,4 +1,4 @@
-#include "MXF/Zelm/MXFIO/FutureUpdater.h"
+#include "MXF/Zelm/GenericContainer/FutureUpdater.h"
 
 namespace MXF::Zelm::MXFIO {
 
