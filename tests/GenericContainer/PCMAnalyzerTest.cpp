@@ -91,6 +91,17 @@ TEST(PCMAnalyzer, HasAConstantSizeWhereItCanOrIsToldTo) {
     }
 }
 
+TEST(PCMAnalyzer, LeavesNoGapThatNoFillItemFitsIn) {
+    for (std::size_t const missing : {1u, 9u, 10u}) {
+        PCMAnalyzer analyzer(sourceOf(noise(2 * (1920 - missing))), {1, 48000, 2, 16, 0}, {});
+        analyzer.editRate({25, 1});
+        ASSERT_TRUE(analyzer.preload());
+        EditUnit unit;
+        ASSERT_TRUE(analyzer.nextEditUnit(unit));
+        EXPECT_EQ(unit.data.size(), missing < 10 ? 3840u : 3820u);
+    }
+}
+
 TEST(PCMAnalyzer, GivesClipsManySamplesAtOnce) {
     auto const bytes = noise(3'000'000);
     PCMAnalyzer analyzer(sourceOf(bytes), {1, 48000, 3, 24, 0}, {.wrapping = Wrapping::Clip});

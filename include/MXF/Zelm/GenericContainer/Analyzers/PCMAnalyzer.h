@@ -37,9 +37,9 @@ struct MXFZELM_EXPORT PCMOptions {
 };
 
 /// Samples stay as they are. Wrapped by frames, an edit unit has the samples of its frame, by the cadence of
-/// `Utils::SampleCadence` from its start (sequence offset 0); the last one may have fewer. Wrapped as a clip,
-/// edit units are single instants, of which each call of `nextEditUnit` gives many: its duration says how
-/// many.
+/// `Utils::SampleCadence` from its start (sequence offset 0); the last one may have fewer, and gets silence
+/// where the size is constant and so little is missing that no fill item fits in. Wrapped as a clip, edit
+/// units are single instants, of which each call of `nextEditUnit` gives many: its duration says how many.
 class MXFZELM_EXPORT PCMAnalyzer : public BasicAnalyzer<SoundAnalyzer> {
 public:
     /// `samples` in `format`, from where the source stands. Throws Exceptions::InvalidValue for a format
@@ -69,6 +69,9 @@ public:
     unsigned int requiredKAGSize() const override;
     std::string fault() const override;
 
+    /// Of a clip, when the number of samples is known.
+    std::optional<std::uint64_t> byteCount() const override;
+
 protected:
     Metadata::Structural::FileDescriptor& describe(Metadata::PartitionMetadata& metadata,
                                                    Metadata::Structural::FileDescriptor* present) override;
@@ -80,6 +83,7 @@ private:
     bool isAES3() const { return options_.mapping == PCMOptions::Mapping::AES3; }
     Utils::SampleCadence const& cadence() const;
     std::uint64_t samplesWanted() const;
+    void fillSmallGap(std::uint64_t samples, EditUnit& unit) const;
 
     Templates::SharedPtr<DataIO::SliceSource> samples_;
     Essence::Wave::WaveFormat format_;

@@ -162,11 +162,29 @@ std::uint64_t PCMAnalyzer::read(EditUnit& unit) {
         fault_ = "The sound ends after " + std::to_string(samplesGiven_) + " of " +
                  std::to_string(*options_.sampleCount) + " samples";
     }
+    if (samples != 0 && samples < wanted && !isClip())
+        fillSmallGap(wanted, unit);
     if (samples != 0 && timecode_.isDefined()) {
         unit.timecode = std::make_shared<Utils::TimeCode>(timecode_);
         ++timecode_;
     }
     return isClip() ? samples : std::min<std::uint64_t>(samples, 1);
+}
+
+/// An edit unit at the end that misses fewer bytes of a constant size than a fill item has gets silence.
+void PCMAnalyzer::fillSmallGap(std::uint64_t samples, EditUnit& unit) const {
+    constexpr std::uint64_t smallestFill = 20;
+    std::uint64_t const gap = samples * format_.blockAlign() - unit.data.size();
+    unsigned char const silence = format_.sampleBytes == 1 ? 0x80 : 0x00;
+    if (isCBE() && gap < smallestFill)
+        unit.data.append(
+            DataIO::Slice::adopt(std::vector<unsigned char>(static_cast<std::size_t>(gap), silence)));
+}
+
+std::optional<std::uint64_t> PCMAnalyzer::byteCount() const {
+    if (!options_.sampleCount || !isClip())
+        return std::nullopt;
+    return std::min(*options_.sampleCount, limit()) * format_.blockAlign();
 }
 
 Templates::vector<Templates::SharedPtr<PCMAnalyzer>>
