@@ -6,9 +6,9 @@ namespace Zelm {
 
 namespace {
 
-std::sig_atomic_t volatile wasInterrupted = 0;
+std::sig_atomic_t volatile interruption = 0;
 
-extern "C" void noteInterruption(int) { wasInterrupted = 1; }
+extern "C" void noteInterruption(int) { interruption = 1; }
 
 } // namespace
 
@@ -23,8 +23,10 @@ InterruptionGuard::~InterruptionGuard() {
 }
 
 void InterruptionGuard::check() {
-    if (wasInterrupted != 0)
+    if (wasInterrupted())
         throw Interrupted();
 }
+
+bool InterruptionGuard::wasInterrupted() { return interruption != 0; }
 
 } // namespace Zelm
