@@ -58,9 +58,12 @@ void NewMxfFile::write(MXFIO::Creator& creator) {
     bytes_ = creator.progress().fileOffset();
     std::chrono::duration<double> const spent = std::chrono::steady_clock::now() - start_;
     seconds_ = spent.count();
-    if (!wasDiscarded_)
-        return;
-    output_.abandon();
+    if (wasDiscarded_)
+        discard();
+}
+
+void NewMxfFile::discard() {
+    abandon();
     if (!isStandardOutput())
         DataIO::File::remove(partName());
 }

@@ -72,8 +72,11 @@ public:
     /// The name that what was written stays under when writing fails; empty when there is none.
     std::string partName() const { return isStandardOutput() ? "" : output_.partName(); }
 
-    /// Keeps what was written under the part name, or none of it where that was empty from the start.
+    /// Keeps what was written under the part name.
     void abandon();
+
+    /// Removes it.
+    void discard();
 
 private:
     void run(MXF::Zelm::MXFIO::Creator& creator);

@@ -30,6 +30,8 @@ constexpr CommandRow commandRows[] = {
     {"index", "Show the index tables: coverage, gaps, disagreements, and where edit units lie",
      makeIndexCommand},
     {"extract", "Write the essence of every track into a file of its own", makeExtractCommand},
+    {"wrap", "Make an MXF file of essence: video, sound, data, or tracks of other MXF files",
+     makeWrapCommand},
     {"diff", "Compare two files: partitions, metadata by role, index tables, essence", makeDiffCommand},
     {"edit", "Change properties of the header metadata, in place or into a new file", makeEditCommand},
 };
