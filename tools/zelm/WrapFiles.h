@@ -32,13 +32,15 @@ struct WrapTask {
 /// Throws CannotWrap, CannotWrite, what the library throws, and WritingFailed.
 void writeFiles(WrapTask const& task, std::vector<WrapResult>& results);
 
-/// Writing failed and left a part file. The message names it.
+/// Writing failed; the message says why.
 struct WritingFailed : std::runtime_error {
-    WritingFailed(std::string const& file, std::string const& part, std::string const& why, bool bySystem)
-        : std::runtime_error(why), file(file), part(part), bySystem(bySystem) {}
+    WritingFailed(std::string const& name, std::string const& partName, std::string const& why,
+                  bool isSystem)
+        : std::runtime_error(why), file(name), part(partName), bySystem(isSystem) {}
 
-    std::string file, part;
-    bool bySystem; ///< not the essence is at fault
+    std::string file;
+    std::string part; ///< what was written of it stays under this name; empty for nothing
+    bool bySystem;    ///< not the essence is at fault
 };
 
 } // namespace Zelm
