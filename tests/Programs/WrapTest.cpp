@@ -131,13 +131,13 @@ TEST(Wrap, WritesAFileForEachTrackOfOPAtom) {
     auto const done = folder.run({"clip.m2v", "clip.wav"}, {"--preset", "atom", "--verify"});
     EXPECT_EQ(done.status, 0) << done.errors;
     EXPECT_EQ(folder.outputs(), (Names{"out_a1.mxf", "out_a2.mxf", "out_v1.mxf"}));
-    std::set<std::string> packages, patterns;
+    std::set<std::string> packages;
     for (auto const& name : folder.outputs()) {
-        auto const info = Json::parse(runZelm({"info", "--json", folder.file(name)}).output);
+        auto const info = Json::parse(runZelm({"info", "--json", folder.file(name)}).output)["files"][0];
         for (auto const& package : info["packages"])
             if (package["kind"] == "material")
-                packages.insert(package["uid"]);
-        EXPECT_EQ(info["problems"].size() + info["odd"].size(), 0u) << info["odd"];
+                packages.insert(package["package_uid"]);
+        EXPECT_TRUE(info["complete"]) << name;
     }
     EXPECT_EQ(packages.size(), 1u);
 }

@@ -31,8 +31,11 @@ public:
     /// To be called before anything is read.
     void extent(Extent extent) { extent_ = extent; }
 
-    /// Bytes of silence that were read.
-    std::uint64_t silentBytes() const { return silence_; }
+    /// Bytes of the sound that were read, without silence.
+    std::uint64_t soundBytes() const { return given_ - silence_; }
+
+    /// All of the sound was read.
+    bool isExhausted() const { return samples_->endOfStream(); }
 
 private:
     std::uint64_t silenceWanted(std::uint64_t size) const;

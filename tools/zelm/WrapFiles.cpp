@@ -162,19 +162,30 @@ std::string secondsText(double seconds) {
     return text;
 }
 
-void noteTails(WrapResult& result, std::set<SilentTail const*>& noted) {
+/// How much longer a track is than the sound that it was made of, in seconds; below 0 when some of the sound
+/// was left.
+double secondsOfSilence(WrapTrack const& track) {
+    double const ofFile = static_cast<double>(track.tap->units()) / track.tap->editRate().toDouble();
+    double const perSecond = static_cast<double>(track.format.blockAlign()) * track.format.samplingRate;
+    double const ofSound = static_cast<double>(track.tail->soundBytes()) / perSecond;
+    return ofFile - ofSound;
+}
+
+/// Notes what does not end with the file, each input once.
+void noteEnds(WrapResult& result) {
+    std::set<std::string> noted;
     for (auto const* const track : result.tracks) {
-        auto const& tail = track->tail;
-        if (tail && tail->silentBytes() != 0 && noted.insert(tail.get()).second) {
-            double const bytes = static_cast<double>(track->format.blockAlign()) * track->format.samplingRate;
-            result.notes.push_back(track->input + ": is shorter: silence was added, " +
-                                   secondsText(static_cast<double>(tail->silentBytes()) / bytes));
-        }
-        if (track->tap->wasCut() && (!tail || tail->silentBytes() == 0))
-            result.notes.push_back(track->input + ": is longer than the file (" + track->name +
-                                   "): what is left was not taken");
         if (!track->tap->fault().empty())
             result.notes.push_back(track->input + ": " + track->tap->fault());
+        double const aSample = 0.5 / 192000;
+        double const silence = track->tail ? secondsOfSilence(*track) : 0;
+        bool const isLonger =
+            track->tail ? !track->tail->isExhausted() || silence < -aSample : track->tap->wasCut();
+        if ((!isLonger && silence <= aSample) || !noted.insert(track->input).second)
+            continue;
+        result.notes.push_back(track->input + (isLonger ? ": is longer than the file: the rest was left out"
+                                                        : ": is shorter than the file: silence was added, " +
+                                                              secondsText(silence)));
     }
 }
 
@@ -231,9 +242,8 @@ private:
         result_.seconds = output.seconds();
         result_.interrupted = output.wasInterrupted();
         result_.discarded = output.wasDiscarded();
-        std::set<SilentTail const*> noted;
         if (!result_.interrupted)
-            noteTails(result_, noted);
+            noteEnds(result_);
         if (task_.options.md5)
             for (auto* const track : result_.tracks)
                 result_.md5.push_back(track->tap->md5());

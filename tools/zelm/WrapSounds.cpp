@@ -98,6 +98,7 @@ private:
                         (channels == 1 ? " channel, " : " channels, ") + std::to_string(format.samplingRate) +
                         " Hz";
         track.tap = std::make_shared<TrackTap>(std::make_shared<PCMAnalyzer>(source, format, options));
+        track.tap->preload();
         track.wrapping = options.wrapping;
         track.source = making_.sources - 1;
         track.tail = tail;
