@@ -6,11 +6,11 @@ namespace Zelm {
 
 namespace {
 
-std::sig_atomic_t volatile wasInterrupted = 0;
+std::sig_atomic_t volatile interruption = 0;
 
 /// The next one ends the program, which may be waiting for a pipe.
 extern "C" void noteInterruption(int signal) {
-    wasInterrupted = 1;
+    interruption = 1;
     std::signal(signal, SIG_DFL);
 }
 
@@ -27,8 +27,10 @@ InterruptionGuard::~InterruptionGuard() {
 }
 
 void InterruptionGuard::check() {
-    if (wasInterrupted != 0)
+    if (wasInterrupted())
         throw Interrupted();
 }
+
+bool InterruptionGuard::wasInterrupted() { return interruption != 0; }
 
 } // namespace Zelm

@@ -20,6 +20,9 @@ public:
     /// Throws Interrupted.
     static void check();
 
+    /// For who ends in another way.
+    static bool wasInterrupted();
+
 private:
     using Handler = void (*)(int);
     Handler interrupt_, terminate_;
