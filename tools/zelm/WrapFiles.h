@@ -34,8 +34,7 @@ void writeFiles(WrapTask const& task, std::vector<WrapResult>& results);
 
 /// Writing failed; the message says why.
 struct WritingFailed : std::runtime_error {
-    WritingFailed(std::string const& name, std::string const& partName, std::string const& why,
-                  bool isSystem)
+    WritingFailed(std::string const& name, std::string const& partName, std::string const& why, bool isSystem)
         : std::runtime_error(why), file(name), part(partName), bySystem(isSystem) {}
 
     std::string file;

@@ -23,8 +23,8 @@ using GenericContainer::Wrapping;
 
 namespace {
 
-std::shared_ptr<FileSliceSource> open(InputHead const& head) {
-    return std::make_shared<FileSliceSource>(std::string_view(head.name));
+std::shared_ptr<FileSliceSource> open(InputHead const& head, TrackMaking const& making) {
+    return std::make_shared<FileSliceSource>(std::string_view(head.name), making.blocks);
 }
 
 void addTrack(std::vector<WrapTrack>& tracks, char kind, InputHead const& head, const char* essence,
@@ -54,13 +54,13 @@ bool isVideo(InputHead const& head, TrackMaking const&) {
 }
 
 bool isD10(InputHead const& head, TrackMaking const& making) {
-    return isVideo(head, making) && GenericContainer::D10Analyzer(open(head)).preload();
+    return isVideo(head, making) && GenericContainer::D10Analyzer(open(head, making)).preload();
 }
 
 template <class Analyzer>
 void addVideo(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks,
               const char* essence) {
-    auto const analyzer = std::make_shared<Analyzer>(open(head));
+    auto const analyzer = std::make_shared<Analyzer>(open(head, making));
     if (!analyzer->preload())
         throw CannotWrap(head.name + ": has no picture with a known size and frame rate");
     addTrack(tracks, 'v', head, essence, analyzer, making.sources++);

@@ -28,15 +28,16 @@ struct OpenSound {
     std::optional<std::uint64_t> count; ///< whole instants
 };
 
-OpenSound openWave(InputHead const& head, TrackMaking const&) {
-    WaveReader const reader(std::make_shared<DataIO::File::FileSliceSource>(std::string_view(head.name)));
+OpenSound openWave(InputHead const& head, TrackMaking const& making) {
+    WaveReader const reader(
+        std::make_shared<DataIO::File::FileSliceSource>(std::string_view(head.name), making.blocks));
     return {reader.samples(), reader.format(), reader.sampleCount()};
 }
 
 OpenSound openSamples(InputHead const& head, TrackMaking const& making) {
     auto const& format = making.options.pcm;
-    return {std::make_shared<DataIO::File::FileSliceSource>(std::string_view(head.name)), format,
-            head.fileSize / format.blockAlign()};
+    return {std::make_shared<DataIO::File::FileSliceSource>(std::string_view(head.name), making.blocks),
+            format, head.fileSize / format.blockAlign()};
 }
 
 /// Makes the tracks of one sound.

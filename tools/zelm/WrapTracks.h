@@ -5,6 +5,8 @@
 #include "SilentTail.h"
 #include "TrackTap.h"
 
+#include <MXF/Zelm/DataIO/Memory/MemoryBlockFactory.h>
+
 #include <deque>
 #include <stdexcept>
 
@@ -47,6 +49,10 @@ struct TrackMaking {
 
     /// Content packages a second; not known while inputs with a rate of their own are being opened.
     EditRate rate = {};
+
+    /// Of all inputs together, so that one's spare blocks serve another.
+    std::shared_ptr<MXF::Zelm::DataIO::BlockFactory> blocks =
+        std::make_shared<MXF::Zelm::DataIO::Memory::MemoryBlockFactory>();
 
     std::size_t sources = 0;
     std::shared_ptr<std::vector<std::string>> dataFiles = nullptr; ///< edit units of the data track
