@@ -80,6 +80,8 @@ bool Source::produce(DataIO::Chain& chain) {
             Exceptions::InvalidStructure(
                 Exceptions::Condition{"payloadLength % bytesPerSample_ == 0"},
                 "A AES packet contains a number of bytes that is not a multiple of the sample size."));
+    if (payloadLength == 0)
+        return true;
     DataIO::Chain payload;
     if (std::uint64_t const count = source_->read(payloadLength, payload); count < payloadLength)
         throw Exceptions::at(nextOffset_,
