@@ -28,9 +28,10 @@ protected:
     /// True when there is nothing to make a piece of.
     virtual bool nothingLeft() const = 0;
 
-private:
+    /// Up to `size` bytes of one piece, none at the end; they count as read.
     DataIO::Chain next(std::uint64_t size);
 
+private:
     DataIO::Chain pending_;
     std::uint64_t position_ = 0;
 };

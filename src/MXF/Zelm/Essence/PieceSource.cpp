@@ -6,7 +6,6 @@ namespace MXF::Zelm::Essence {
 
 PieceSource::~PieceSource() = default;
 
-/// Up to `size` bytes of one piece, none at the end.
 DataIO::Chain PieceSource::next(std::uint64_t size) {
     while (pending_.empty())
         if (!produce(pending_))
