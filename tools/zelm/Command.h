@@ -37,6 +37,7 @@ std::unique_ptr<Command> makeKlvCommand();
 std::unique_ptr<Command> makeDumpCommand();
 std::unique_ptr<Command> makeDiffCommand();
 std::unique_ptr<Command> makeIndexCommand();
+std::unique_ptr<Command> makeExtractCommand();
 std::unique_ptr<Command> makeEditCommand();
 
 /// The options that all reporting commands share.

@@ -3,6 +3,7 @@
 
 #include "FileInfo.h"
 #include "PartitionSurvey.h"
+#include "UnitText.h"
 
 #include <MXF/Zelm/IndexTables/EditUnitLocator.h>
 #include <MXF/Zelm/MXFIO/PartitionMap.h>
@@ -30,16 +31,6 @@ struct FoundSegment {
     std::optional<std::size_t> repeatOf;                                ///< the segment that it repeats
     bool sameAsRepeated = true;                                         ///< its entries and byte count
     MXF::Zelm::IndexTables::IndexTableSegment const* segment = nullptr; ///< null for a repeat
-};
-
-/// Edit units from `first` to before `last`.
-struct UnitRange {
-    std::int64_t first = 0;
-    std::int64_t last = 0;
-
-    std::uint64_t count() const {
-        return static_cast<std::uint64_t>(last) - static_cast<std::uint64_t>(first);
-    }
 };
 
 /// One index table, and the essence that it is about.

@@ -29,6 +29,7 @@ constexpr CommandRow commandRows[] = {
     {"dump", "Show the header metadata as a tree, every property decoded", makeDumpCommand},
     {"index", "Show the index tables: coverage, gaps, disagreements, and where edit units lie",
      makeIndexCommand},
+    {"extract", "Write the essence of every track into a file of its own", makeExtractCommand},
     {"diff", "Compare two files: partitions, metadata by role, index tables, essence", makeDiffCommand},
     {"edit", "Change properties of the header metadata, in place or into a new file", makeEditCommand},
 };

@@ -86,6 +86,7 @@ private:
     void takeData(std::uint64_t streamOffset, std::uint64_t length, DataIO::Chain& data);
     bool isPackageStart(std::uint64_t streamOffset);
     bool isWholeAtEnd();
+    bool isOneForAll();
     GenericContainer::PackageBoundary const& firstPackage();
     GenericContainer::Wrapping wrappingByBody();
     bool readClip(std::int64_t position, EssenceUnit& unit);

@@ -173,12 +173,26 @@ Wrapping EssenceReader::wrapping() {
     return found;
 }
 
+/// True when the whole body is one element, and the metadata says that it has more edit units than one.
+bool EssenceReader::isOneForAll() {
+    if (container_.tracks.size() != 1 || container_.tracks.front().duration <= 1)
+        return false;
+    std::uint64_t count = 0;
+    stream_.seek(0);
+    for (auto head = stream_.nextPacket(); head && count < 2; head = stream_.nextPacket())
+        count += ElementKey::isContent(head->key) ? 1 : 0;
+    return count == 1 && !stream_.isOpenEnded();
+}
+
 /// What the label says, unless the first element of the body comes again: then it is no clip. Without a label
-/// a body of one element, as far as there is one, is a clip.
+/// a body of one element, as far as there is one, is a clip; some writers of clips give them the label of
+/// frames.
 Wrapping EssenceReader::wrappingByBody() {
     auto const byLabel = container_.wrapping();
-    if (byLabel == Wrapping::Frame || stream_.length() == 0)
+    if (stream_.length() == 0)
         return byLabel;
+    if (byLabel == Wrapping::Frame)
+        return isOneForAll() ? Wrapping::Clip : byLabel;
     PackageBoundary body;
     bool isCut = false;
     stream_.seek(0);
