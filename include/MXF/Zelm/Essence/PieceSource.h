@@ -31,6 +31,12 @@ protected:
     /// Up to `size` bytes of one piece, none at the end; they count as read.
     DataIO::Chain next(std::uint64_t size);
 
+    /// What is left of the last piece; it counts as read.
+    DataIO::Chain takePending();
+
+    /// Counts bytes as read that were given in another way.
+    void passed(std::uint64_t size) { position_ += size; }
+
 private:
     DataIO::Chain pending_;
     std::uint64_t position_ = 0;

@@ -15,6 +15,11 @@ DataIO::Chain PieceSource::next(std::uint64_t size) {
     return front;
 }
 
+DataIO::Chain PieceSource::takePending() {
+    position_ += pending_.size();
+    return std::exchange(pending_, {});
+}
+
 std::uint64_t PieceSource::read(std::uint64_t size, DataIO::Chain& chain) {
     std::uint64_t done = 0;
     while (done < size) {
