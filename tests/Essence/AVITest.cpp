@@ -174,7 +174,7 @@ TEST(AVIReader, GivesHeadersAndChunksByIdx1) {
 
 TEST(AVIReader, WalksWhereTheIndexIsMissingOrWrong) {
     Movie const movie;
-    auto const file = [&movie](Bytes const& index, Bytes const& movi) {
+    auto const file = [](Bytes const& index, Bytes const& movi) {
         return list("RIFF", "AVI ", headers() + list("LIST", "movi", movi) + index);
     };
     auto const wrong = [&](std::size_t at, unsigned char value) {

@@ -59,7 +59,6 @@ private:
     bool produce(DataIO::Chain& chain) override;
     bool nothingLeft() const override { return source_->endOfStream(); }
     DataIO::Slice readExactly(std::uint64_t size, std::uint64_t start);
-    void silence(unsigned flags, unsigned char* pcm, std::size_t instants) const;
 
     Templates::SharedPtr<DataIO::SliceSource> source_;
     PCMFormat format_;

@@ -65,6 +65,18 @@ void unpackSubframes(PCMFormat const& format, const unsigned char* words, std::s
                mask, pcm + channel * format.sampleSize());
 }
 
+void unpackElement(PCMFormat const& format, const unsigned char* words, std::size_t instants, unsigned flags,
+                   unsigned char* pcm) {
+    unpackSubframes(format, words, instants, elementChannels, pcm);
+    for (unsigned channel = 0; flags != 0 && channel < format.channels; ++channel) {
+        if ((flags >> channel & 1u) != 0)
+            continue;
+        auto* sample = pcm + channel * format.sampleSize();
+        for (std::size_t i = 0; i < instants; ++i, sample += format.instantSize())
+            std::memset(sample, 0, format.sampleSize());
+    }
+}
+
 unsigned setSubframeFlags(std::vector<ChannelStatus> const& statuses, unsigned blockPosition,
                           unsigned char* words, std::size_t instants) {
     for (std::size_t i = 0; i < instants; ++i) {

@@ -3,7 +3,6 @@
 #include "MXF/Zelm/Essence/AES3/SubframeWords.h"
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 
-#include <cstring>
 #include <string>
 #include <utility>
 
@@ -11,7 +10,7 @@ namespace MXF::Zelm::Essence::Converters {
 
 namespace {
 
-constexpr unsigned elementChannels = AES3::EightChannelWriter::channelCount;
+using AES3::elementChannels;
 
 /// Up to `instants` whole instants.
 DataIO::Chain readInstants(DataIO::SliceSource& source, std::uint64_t instants, std::size_t size) {
@@ -79,21 +78,9 @@ bool S331MToPCM::produce(DataIO::Chain& chain) {
     auto const words = readExactly(std::uint64_t{instants} * elementChannels * AES3::subframeSize, start);
     std::size_t const size = instants * format_.instantSize();
     auto block = blocks_.block(size);
-    AES3::unpackSubframes(format_, words.data(), instants, elementChannels, block->bytes());
-    silence(head.data()[3], block->bytes(), instants);
+    AES3::unpackElement(format_, words.data(), instants, head.data()[3], block->bytes());
     chain.append(DataIO::Slice(std::move(block), 0, size));
     return true;
-}
-
-/// Clears the channels that are not flagged.
-void S331MToPCM::silence(unsigned flags, unsigned char* pcm, std::size_t instants) const {
-    for (unsigned channel = 0; channel < format_.channels; ++channel) {
-        if (flags == 0 || (flags >> channel & 1u) != 0)
-            continue;
-        auto* sample = pcm + channel * format_.sampleSize();
-        for (std::size_t i = 0; i < instants; ++i, sample += format_.instantSize())
-            std::memset(sample, 0, format_.sampleSize());
-    }
 }
 
 } // namespace MXF::Zelm::Essence::Converters

@@ -11,7 +11,7 @@ namespace MXF::Zelm::Essence::MPEG {
 namespace {
 
 constexpr std::size_t codeSize = 4, lengthSize = 2;
-constexpr std::size_t packSizeMPEG1 = 12, packSizeMPEG2 = 14, mostStuffing = 7;
+constexpr std::size_t packSizeMPEG1 = 12, packSizeMPEG2 = 14;
 constexpr std::size_t largestPacket = codeSize + lengthSize + 0xFFFF;
 
 /// A start code of the system layer, not of video.
