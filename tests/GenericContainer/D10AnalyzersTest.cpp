@@ -81,7 +81,8 @@ TEST(D10SoundAnalyzer, MakesElementsOfEightChannels) {
     auto const stereo = hex("A600 0BC0") + repeated(4 * 1921, 0x11); // 1923 instants of 16 bits
     auto const mono = hex("563412") + repeated(3 * 1919, 0);
     Templates::vector<D10SoundAnalyzer::Input> inputs = {{sourceOf(stereo), {2, 48000, 2, 16, 0}},
-                                                         {sourceOf(mono), {1, 48000, 3, 24, 0}}};
+                                                         {sourceOf(mono), {1, 48000, 3, 24, 0}},
+                                                         {sourceOf(hex("5F3412")), {1, 48000, 3, 20, 0}}};
     D10SoundAnalyzer analyzer(inputs, pal30);
     ASSERT_TRUE(analyzer.preload());
     EXPECT_EQ(analyzer.boundedEditUnitSize(), 61444u);
@@ -90,10 +91,10 @@ TEST(D10SoundAnalyzer, MakesElementsOfEightChannels) {
     auto const bytes = bytesOf(unit.data);
     ASSERT_EQ(bytes.size(), 61444u);
     EXPECT_TRUE(sameBytes(Bytes(bytes.begin(), bytes.begin() + 36), hex(R"(
-        00 80 07 07                       # 1920 samples, channels 1 to 3
+        00 80 07 0F                       # 1920 samples, channels 1 to 4
         00 60 0A 00  01 B0 00 0C          # 00A6 and C00B of 16 bits
-        62 45 23 01                       # 123456 of 24
-        03 00 00 00  04 00 00 00  05 00 00 00  06 00 00 00  07 00 00 00)")));
+        62 45 23 01  03 45 23 01          # 123456 of 24, 12345 of 20
+        04 00 00 00  05 00 00 00  06 00 00 00  07 00 00 00)")));
     std::vector<unsigned char> samples;
     Essence::AES3::EightChannelElement(unit.data).appendSamples(2, 2, samples);
     EXPECT_TRUE(sameBytes(samples, Bytes(stereo.begin(), stereo.begin() + 1920 * 4)));

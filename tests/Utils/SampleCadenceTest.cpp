@@ -27,6 +27,12 @@ TEST(SampleCadence, SharesSamplesOutWithoutDrift) {
     }
     EXPECT_EQ(SampleCadence(44100, {30000, 1001}).mostSamples(), 1472u);
     EXPECT_EQ(SampleCadence(48000, {30000, 1001}).samplesBefore(~0ull), ~0ull);
+    EXPECT_EQ(SampleCadence({44100000, 1001}, {30000, 1001}).mostSamples(), 1470u);
+    EXPECT_TRUE(SampleCadence({96000, 2}, {50, 2}).isConstant());
+    EXPECT_EQ(SampleCadence(48000, {29970029, 1000000}).samplesBefore(29970029), 48000000000u);
+    EXPECT_THROW(SampleCadence({48000, 0}, {25, 1}), Exceptions::InvalidValue);
+    EXPECT_THROW(SampleCadence(~0u, {25, 1}), Exceptions::InvalidValue);
+    EXPECT_THROW(SampleCadence(48000, {1, 0x7FFFFFFF}), Exceptions::InvalidValue);
     EXPECT_THROW(SampleCadence(48000, {0, 0}), Exceptions::InvalidValue);
     EXPECT_THROW(SampleCadence(48000, {-25, 1}), Exceptions::InvalidValue);
     EXPECT_THROW(SampleCadence(10, {25, 1}), Exceptions::InvalidValue);

@@ -1,4 +1,5 @@
-/// How many samples each edit unit has where the edit rate does not divide the sampling rate (SMPTE 382M).
+/// How many samples each edit unit has where the edit rate does not divide the sampling rate (SMPTE 302M,
+/// SMPTE 382M).
 #pragma once
 
 #include "MXF/Zelm/Platform/Export.h"
@@ -17,13 +18,16 @@ namespace MXF::Zelm::Utils {
 /// A small value.
 class MXFZELM_EXPORT SampleCadence {
 public:
-    /// Throws Exceptions::InvalidValue for rates that are not positive, fewer than one sample an edit unit,
-    /// or more than 2^31 of them.
+    /// Of samples a second, such as 48000/1. Throws Exceptions::InvalidValue for rates that are not positive,
+    /// fewer than one sample an edit unit, 2^31 of them or more, or numbers that do not come again within
+    /// 2^31 edit units.
+    SampleCadence(Templates::Rational<int> const& samplingRate, Templates::Rational<int> const& editRate);
     SampleCadence(std::uint32_t samplingRate, Templates::Rational<int> const& editRate);
 
     /// Samples of the edit units before `unit`; the largest number where that is beyond 64 bits.
     std::uint64_t samplesBefore(std::uint64_t unit) const;
 
+    /// Samples of edit unit `unit`, counted from 0.
     std::uint64_t samplesOf(std::uint64_t unit) const {
         return samplesBefore(unit + 1) - samplesBefore(unit);
     }

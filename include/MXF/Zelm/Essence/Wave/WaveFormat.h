@@ -2,6 +2,7 @@
 /// 3285).
 #pragma once
 
+#include "MXF/Zelm/Essence/PCMFormat.h"
 #include "MXF/Zelm/Platform/Export.h"
 
 #include <array>
@@ -31,6 +32,12 @@ struct MXFZELM_EXPORT WaveFormat {
 
     /// Bytes of one instant: a sample of each channel.
     constexpr std::uint32_t blockAlign() const { return std::uint32_t{channels} * sampleBytes; }
+
+    /// The samples as other sound has them: all bits of their bytes, but 20 where so many of 3 bytes count.
+    /// Not valid for samples of one byte, which are unsigned.
+    constexpr PCMFormat pcmFormat() const {
+        return {channels, sampleBytes == 3 && validBits == 20 ? 20u : sampleBytes * 8u};
+    }
 
     /// True for what the plain PCM format cannot say.
     constexpr bool isExtensible() const {

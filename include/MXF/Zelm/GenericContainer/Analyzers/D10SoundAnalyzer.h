@@ -1,11 +1,11 @@
 /// The sound of D-10: an element of eight AES3 channels (SMPTE 331M, 386M).
 #pragma once
 
-#include "MXF/Zelm/DataIO/SliceSource.h"
+#include "MXF/Zelm/Essence/AES3/EightChannelWriter.h"
+#include "MXF/Zelm/Essence/Converters/ChannelMerger.h"
 #include "MXF/Zelm/Essence/Wave/WaveFormat.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/BasicAnalyzer.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/D10Format.h"
-#include "MXF/Zelm/Utils/SampleCadence.h"
 
 namespace MXF::Zelm::GenericContainer {
 
@@ -23,7 +23,8 @@ public:
     /// `format` is that of the pictures. `declaredChannels` for the descriptor; 0 for what D-10 knows, 4
     /// or 8. Throws Exceptions::InvalidValue for no channel or more than eight, another sampling rate,
     /// samples of one byte.
-    D10SoundAnalyzer(Templates::vector<Input> inputs, D10Format const& format, unsigned declaredChannels = 0);
+    D10SoundAnalyzer(Templates::vector<Input> const& inputs, D10Format const& format,
+                     unsigned declaredChannels = 0);
     ~D10SoundAnalyzer() override;
 
     using BasicAnalyzer::editRate;
@@ -46,10 +47,9 @@ protected:
     std::uint64_t read(EditUnit& unit) override;
 
 private:
-    Templates::vector<Input> inputs_;
     D10Format format_;
-    Utils::SampleCadence cadence_;
-    unsigned channels_ = 0;
+    Essence::Converters::ChannelMerger sound_;
+    Essence::AES3::EightChannelWriter writer_;
     unsigned declaredChannels_;
     unsigned bits_ = 0;
 };

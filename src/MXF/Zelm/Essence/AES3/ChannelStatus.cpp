@@ -1,53 +1,168 @@
 #include "MXF/Zelm/Essence/AES3/ChannelStatus.h"
 
+#include "MXF/Zelm/Exceptions/Exceptions.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <string>
+
 namespace MXF::Zelm::Essence::AES3 {
 
 namespace {
 
-/// Bits of byte 0: bit 0 professional, bits 2 to 4 no emphasis.
-constexpr unsigned char professional = 0x01, noEmphasis = 0x04;
+using Rate = Templates::Rational<int>;
 
-/// Sampling frequency in bits 6 and 7 of byte 0; others are said elsewhere, or not.
-unsigned char frequencyBits(std::uint32_t samplingRate) {
-    switch (samplingRate) {
-    case 48000:
-        return 2 << 6;
-    case 44100:
-        return 1 << 6;
-    case 32000:
-        return 3 << 6;
-    default:
-        return 0;
-    }
+/// What a field's number stands for.
+struct Code {
+    unsigned code;
+    int meaning;
+};
+
+constexpr Code ratesOfByte0[] = {{1, 44100}, {2, 48000}, {3, 32000}};
+constexpr Code ratesOfByte4[] = {{1, 24000}, {2, 96000}, {3, 192000}, {9, 22050}, {10, 88200}, {11, 176400}};
+constexpr Code lengthsUpTo24[] = {{1, 20}, {2, 22}, {4, 23}, {5, 24}, {6, 21}};
+constexpr Code lengthsUpTo20[] = {{1, 16}, {2, 18}, {4, 19}, {5, 20}, {6, 17}};
+
+/// 0 when the table does not have the code.
+template <std::size_t count>
+int meaningOf(Code const (&table)[count], unsigned code) {
+    for (auto const& row : table)
+        if (row.code == code)
+            return row.meaning;
+    return 0;
 }
 
-/// Byte 2: bits 0 to 2 up to 24 bits (4) or 20 (0), bits 3 to 5 how many of them: all (5), one less (4), two
-/// (2), three (6), four (1).
-unsigned char lengthBits(unsigned bits) {
-    constexpr unsigned char codes[] = {5, 4, 2, 6, 1};
-    if (bits > 24 || bits < 16)
-        return 0;
-    unsigned const most = bits > 20 ? 24 : 20;
-    return static_cast<unsigned char>((most == 24 ? 4 : 0) | codes[most - bits] << 3);
+template <std::size_t count>
+unsigned codeOf(Code const (&table)[count], int meaning) {
+    for (auto const& row : table)
+        if (row.meaning == meaning)
+            return row.code;
+    return 0;
+}
+
+Rate rateOf(int perSecond) { return perSecond == 0 ? Rate{} : Rate{perSecond, 1}; }
+
+/// The codes of a rate, one of them 0.
+struct RateCodes {
+    unsigned byte0, byte4;
+    bool isDivided; // by 1.001
+};
+
+std::optional<RateCodes> codesOf(Rate const& rate) {
+    for (bool const isDivided : {false, true}) {
+        auto const isRate = [&](Code const& row) {
+            return rate == (isDivided ? Rate{row.meaning * 1000, 1001} : Rate{row.meaning, 1});
+        };
+        if (auto const* row = std::find_if(std::begin(ratesOfByte0), std::end(ratesOfByte0), isRate);
+            row != std::end(ratesOfByte0))
+            return RateCodes{row->code, 0, isDivided};
+        if (auto const* row = std::find_if(std::begin(ratesOfByte4), std::end(ratesOfByte4), isRate);
+            row != std::end(ratesOfByte4))
+            return RateCodes{0, row->code, isDivided};
+    }
+    return std::nullopt;
+}
+
+bool isCoordinationOrUndefined(unsigned use) {
+    return use == ChannelStatus::Undefined20Bits || use == ChannelStatus::Coordination20Bits;
 }
 
 } // namespace
 
-ChannelStatus channelStatusOfPCM(std::uint32_t samplingRate, unsigned bits) {
-    ChannelStatus status = {};
-    status[0] = static_cast<unsigned char>(professional | noEmphasis | frequencyBits(samplingRate));
-    status[2] = lengthBits(bits);
-    status.back() = channelStatusCRC(status);
-    return status;
+ChannelStatus::ChannelStatus(const unsigned char* bytes) { std::copy_n(bytes, blockSize, bytes_.begin()); }
+
+void ChannelStatus::serializeData(unsigned char* buffer) const {
+    std::copy(bytes_.begin(), bytes_.end(), buffer);
 }
 
-/// x^8 + x^4 + x^3 + x^2 + 1, the register at first all ones, the lowest bit of each byte first.
-unsigned char channelStatusCRC(ChannelStatus const& status) {
-    constexpr unsigned polynomial = 0xB8;
+void ChannelStatus::serializeData(DataIO::DataSink& sink) const { sink.write(bytes_.data(), blockSize); }
+
+void ChannelStatus::bit(unsigned index, bool value) {
+    field(index / 8 % blockSize, index % 8, 1, value ? 1 : 0);
+}
+
+unsigned ChannelStatus::field(std::size_t byte, unsigned shift, unsigned mask) const {
+    return bytes_[byte] >> shift & mask;
+}
+
+void ChannelStatus::field(std::size_t byte, unsigned shift, unsigned mask, unsigned value) {
+    bytes_[byte] = static_cast<unsigned char>((bytes_[byte] & ~(mask << shift)) | (value & mask) << shift);
+}
+
+ChannelStatus::AudioSignalEmphasis ChannelStatus::audioSignalEmphasis() const {
+    return static_cast<AudioSignalEmphasis>(field(0, 2, 7));
+}
+
+void ChannelStatus::audioSignalEmphasis(AudioSignalEmphasis value) { field(0, 2, 7, value); }
+
+ChannelStatus::ChannelMode ChannelStatus::channelMode() const {
+    return static_cast<ChannelMode>(field(1, 0, 15));
+}
+
+void ChannelStatus::channelMode(ChannelMode value) { field(1, 0, 15, value); }
+
+ChannelStatus::UseOfAuxiliarySampleBits ChannelStatus::useOfAuxiliarySampleBits() const {
+    return static_cast<UseOfAuxiliarySampleBits>(field(2, 0, 7));
+}
+
+void ChannelStatus::useOfAuxiliarySampleBits(UseOfAuxiliarySampleBits value) { field(2, 0, 7, value); }
+
+unsigned char ChannelStatus::sourceWordLength() const {
+    auto const use = useOfAuxiliarySampleBits();
+    if (use != MainAudio24Bits && !isCoordinationOrUndefined(use))
+        return 0;
+    unsigned const code = field(2, 3, 7);
+    int const bits = use == MainAudio24Bits ? meaningOf(lengthsUpTo24, code) : meaningOf(lengthsUpTo20, code);
+    return static_cast<unsigned char>(bits == 0 ? 16 : bits);
+}
+
+void ChannelStatus::sourceWordLength(unsigned char bits) {
+    if (bits < 16 || bits > 24)
+        throw Exceptions::InvalidValue("A source word of " + std::to_string(bits) + " bits, not of 16 to 24");
+    auto const use = useOfAuxiliarySampleBits();
+    if (bits > 20)
+        useOfAuxiliarySampleBits(MainAudio24Bits);
+    else if (!isCoordinationOrUndefined(use) && (bits < 20 || use != MainAudio24Bits))
+        useOfAuxiliarySampleBits(Undefined20Bits);
+    bool const upTo24 = useOfAuxiliarySampleBits() == MainAudio24Bits;
+    field(2, 3, 7, upTo24 ? codeOf(lengthsUpTo24, bits) : codeOf(lengthsUpTo20, bits));
+}
+
+Rate ChannelStatus::samplingFrequencyFromByte0() const {
+    return rateOf(meaningOf(ratesOfByte0, field(0, 6, 3)));
+}
+
+// The order of these bits is read with bit 3 as the least significant.
+Rate ChannelStatus::samplingFrequencyFromByte4() const {
+    return rateOf(meaningOf(ratesOfByte4, field(4, 3, 15)));
+}
+
+Rate ChannelStatus::samplingFrequency() const {
+    auto rate = samplingFrequencyFromByte0();
+    if (!rate.isKnown())
+        rate = samplingFrequencyFromByte4();
+    bool const isDivided = field(4, 7, 1) != 0;
+    return rate.isKnown() && isDivided ? Rate{rate.numerator * 1000, 1001} : rate;
+}
+
+bool ChannelStatus::hasCode(Rate const& rate) { return codesOf(rate).has_value(); }
+
+void ChannelStatus::samplingFrequency(Rate const& rate) {
+    auto const codes = codesOf(rate);
+    if (!codes && rate.isKnown())
+        throw Exceptions::InvalidValue("AES3 has no code for a sampling frequency of " +
+                                       std::to_string(rate.numerator) + "/" +
+                                       std::to_string(rate.denominator));
+    field(0, 6, 3, codes ? codes->byte0 : 0);
+    field(4, 3, 15, codes ? codes->byte4 : 0);
+    field(4, 7, 1, codes && codes->isDivided ? 1 : 0);
+}
+
+unsigned char ChannelStatus::crc() const {
     unsigned crc = 0xFF;
-    for (std::size_t i = 0; i + 1 < status.size(); ++i)
-        for (unsigned bit = 0; bit < 8; ++bit)
-            crc = ((crc ^ status[i] >> bit) & 1) != 0 ? crc >> 1 ^ polynomial : crc >> 1;
+    for (unsigned index = 0; index < blockBits - 8; ++index)
+        crc = crc >> 1 ^ ((crc & 1u) != static_cast<unsigned>(bit(index)) ? 0xB8u : 0u);
     return static_cast<unsigned char>(crc);
 }
 

@@ -1,50 +1,59 @@
 #include "MXF/Zelm/GenericContainer/Analyzers/D10SoundAnalyzer.h"
 
-#include "MXF/Zelm/Essence/AES3/EightChannelWriter.h"
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/GenericContainer/ElementKey.h"
 #include "MXF/Zelm/Metadata/Structural/SoundDescriptors.h"
-#include "MXF/Zelm/Templates/SafeCast.h"
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 namespace MXF::Zelm::GenericContainer {
 
 namespace {
 
 using Essence::AES3::EightChannelWriter;
+using Essence::Converters::ChannelMerger;
 using Metadata::Structural::GenericSoundEssenceDescriptor;
 
 constexpr unsigned char eightChannelAES3 = 0x10;
 constexpr int samplingRate = 48000;
+constexpr unsigned mostBits = 24;
 
-/// Puts the channels of one sound into an element, from channel `first` on.
-void writeChannels(DataIO::Slice const& samples, Essence::Wave::WaveFormat const& format, unsigned first,
-                   EightChannelWriter& element) {
-    std::size_t const step = format.blockAlign(), count = samples.size() / step;
-    for (unsigned channel = 0; channel < format.channels; ++channel)
-        element.write(first + channel, samples.data() + std::size_t{channel} * format.sampleBytes, count,
-                      format.sampleBytes, step);
+void requireSound(Essence::Wave::WaveFormat const& format) {
+    if (format.samplingRate != std::uint32_t{samplingRate} || format.sampleBytes < 2 ||
+        format.sampleBytes > 4)
+        throw Exceptions::InvalidValue("D-10 has sound of 16 to 24 bits at 48000 Hz, not of " +
+                                       std::to_string(format.validBits) + " bits at " +
+                                       std::to_string(format.samplingRate) + " Hz");
+}
+
+std::vector<ChannelMerger::Part> partsOf(Templates::vector<D10SoundAnalyzer::Input> const& inputs) {
+    std::vector<ChannelMerger::Part> parts;
+    unsigned channels = 0;
+    for (auto const& input : inputs) {
+        requireSound(input.format);
+        parts.push_back({input.samples, input.format.pcmFormat()});
+        channels += input.format.channels;
+    }
+    if (channels == 0 || channels > EightChannelWriter::channelCount)
+        throw Exceptions::InvalidValue("D-10 has sound of 1 to 8 channels, not of " +
+                                       std::to_string(channels));
+    return parts;
 }
 
 } // namespace
 
-D10SoundAnalyzer::D10SoundAnalyzer(Templates::vector<Input> inputs, D10Format const& format,
+D10SoundAnalyzer::D10SoundAnalyzer(Templates::vector<Input> const& inputs, D10Format const& format,
                                    unsigned declaredChannels)
-    : inputs_(std::move(inputs)), format_(format), cadence_(samplingRate, format.rate()) {
-    for (auto const& input : inputs_) {
-        if (input.format.samplingRate != std::uint32_t{samplingRate} || input.format.sampleBytes < 2 ||
-            input.format.sampleBytes > 4)
-            throw Exceptions::InvalidValue("D-10 has sound of 16 to 24 bits at 48000 Hz, not of " +
-                                           std::to_string(input.format.validBits) + " bits at " +
-                                           std::to_string(input.format.samplingRate) + " Hz");
-        channels_ += input.format.channels;
-        bits_ = std::max(bits_, std::min<unsigned>(input.format.validBits, 24));
-    }
-    if (channels_ == 0 || channels_ > EightChannelWriter::channelCount)
-        throw Exceptions::InvalidValue("D-10 has sound of 1 to 8 channels, not of " +
-                                       std::to_string(channels_));
-    declaredChannels_ = declaredChannels != 0 ? declaredChannels : channels_ > 4 ? 8 : 4;
+    : format_(format),
+      sound_(partsOf(inputs), mostBits),
+      writer_(sound_.format(), format.rate(), {samplingRate, 1}),
+      declaredChannels_(declaredChannels) {
+    if (declaredChannels_ == 0)
+        declaredChannels_ = sound_.format().channels > 4 ? 8 : 4;
+    for (auto const& input : inputs)
+        bits_ = std::max(bits_, std::min<unsigned>(input.format.validBits, mostBits));
 }
 
 D10SoundAnalyzer::~D10SoundAnalyzer() = default;
@@ -57,8 +66,7 @@ unsigned int D10SoundAnalyzer::requiredKAGSize() const { return d10KAGSize; }
 bool D10SoundAnalyzer::isCBE() const { return true; }
 
 unsigned int D10SoundAnalyzer::boundedEditUnitSize() const {
-    return static_cast<unsigned int>(
-        EightChannelWriter::size(Templates::safeCast<std::size_t>(cadence_.mostSamples())));
+    return static_cast<unsigned int>(writer_.largestElement());
 }
 
 Metadata::Structural::FileDescriptor&
@@ -74,24 +82,18 @@ D10SoundAnalyzer::describe(Metadata::PartitionMetadata& metadata,
     return descriptor;
 }
 
-bool D10SoundAnalyzer::hasMore() const {
-    return std::any_of(inputs_.begin(), inputs_.end(),
-                       [](auto const& input) { return !input.samples->endOfStream(); });
-}
+bool D10SoundAnalyzer::hasMore() const { return !sound_.endOfStream(); }
 
 std::uint64_t D10SoundAnalyzer::read(EditUnit& unit) {
-    std::uint64_t const samples = cadence_.samplesOf(unitsGiven());
-    unsigned const sequenceCount =
-        cadence_.isConstant() ? 0 : static_cast<unsigned>(unitsGiven() % cadence_.cycle() + 1);
-    EightChannelWriter element(Templates::safeCast<std::size_t>(samples), sequenceCount);
-    unsigned first = 0;
-    for (auto const& input : inputs_) {
-        DataIO::Chain bytes;
-        input.samples->read(samples * input.format.blockAlign(), bytes);
-        writeChannels(bytes.contiguous(), input.format, first, element);
-        first += input.format.channels;
-    }
-    unit.data.append(element.take());
+    std::size_t const size = writer_.nextSampleCount() * writer_.format().instantSize();
+    DataIO::Chain samples;
+    std::uint64_t const count = sound_.read(size, samples);
+    if (count == 0)
+        return 0;
+    if (count < size)
+        samples.append(
+            DataIO::Slice::adopt(std::vector<unsigned char>(static_cast<std::size_t>(size - count))));
+    unit.data.append(writer_.element(samples));
     return 1;
 }
 

@@ -14,6 +14,7 @@ namespace MXF::Zelm::GenericContainer {
 namespace {
 
 using namespace KLV::Literals;
+using Essence::AES3::ChannelStatus;
 using Essence::Wave::WaveFormat;
 using Metadata::Structural::AES3AudioEssenceDescriptor;
 using Metadata::Structural::FileDescriptor;
@@ -33,13 +34,28 @@ std::uint8_t mappingCode(bool isAES3, bool isClip) {
     return static_cast<std::uint8_t>((isAES3 ? 3 : 1) + (isClip ? 1 : 0));
 }
 
+/// Linear PCM without emphasis at a locked rate. Channel mode and origin are not indicated, nor are rate and
+/// length where the status has no code for them.
+ChannelStatus channelStatusOf(WaveFormat const& format) {
+    ChannelStatus status;
+    status.isProfessional(true);
+    status.audioSignalEmphasis(ChannelStatus::NoEmphasis);
+    if (Templates::Rational<int> const rate = {static_cast<int>(format.samplingRate), 1};
+        ChannelStatus::hasCode(rate))
+        status.samplingFrequency(rate);
+    if (format.validBits >= 16 && format.validBits <= 24)
+        status.sourceWordLength(static_cast<unsigned char>(format.validBits));
+    status.updateCRC();
+    return status;
+}
+
 void describeChannelStatus(AES3AudioEssenceDescriptor& descriptor, WaveFormat const& format) {
-    auto const status = Essence::AES3::channelStatusOfPCM(format.samplingRate, format.validBits);
+    auto const status = channelStatusOf(format);
     Types::Array modes(Types::Identifiers::UInt8), bytes(Types::Identifiers::UInt8);
     for (unsigned channel = 0; channel < format.channels; ++channel) {
         modes.add(Types::UInt8(fixedStatus));
-        for (auto const byte : status)
-            bytes.add(Types::UInt8(byte));
+        for (std::size_t i = 0; i < ChannelStatus::serializedSize(); ++i)
+            bytes.add(Types::UInt8(status.rawBuffer()[i]));
     }
     descriptor.emphasis(Types::UInt8(noEmphasis));
     descriptor.blockStartOffset(Types::UInt16(0));
@@ -201,7 +217,7 @@ makePCMAnalyzers(Templates::SharedPtr<DataIO::SliceSource> samples, WaveFormat c
         part.channels = static_cast<std::uint16_t>(std::min(channelsPerTrack, format.channels - first));
         part.channelMask = 0;
         analyzers.push_back(
-            std::make_shared<PCMAnalyzer>(splitter.channels(first, part.channels), part, options));
+            std::make_shared<PCMAnalyzer>(splitter.range(first, part.channels), part, options));
     }
     return analyzers;
 }
