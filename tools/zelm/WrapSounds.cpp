@@ -62,7 +62,7 @@ public:
             if (each < all) {
                 if (!splitter)
                     splitter.emplace(tail, all, sound.format.sampleBytes);
-                source = splitter->channels(first, std::min(each, all - first));
+                source = splitter->range(first, std::min(each, all - first));
             }
             addTrack(sound, tail, source, std::min(each, all - first));
         }
