@@ -42,6 +42,8 @@ std::unique_ptr<Command> makeExtractCommand();
 std::unique_ptr<Command> makeAncillaryCommand();
 std::unique_ptr<Command> makeEditCommand();
 std::unique_ptr<Command> makeWrapCommand();
+std::unique_ptr<Command> makeRewrapCommand();
+std::unique_ptr<Command> makeJoinCommand();
 
 /// The options that all reporting commands share.
 struct ReportOptions {

@@ -29,9 +29,7 @@ Templates::Rational<int> readingRate(EssenceContainer const& container, PassThro
 PassThroughReader::PassThroughReader(Reader2& reader, EssenceContainer container,
                                      PassThroughOptions const& options)
     : reader_(reader), container_(std::move(container)), options_(options) {
-    wrapping_ = container_.wrapping();
-    if (wrapping_ == Wrapping::Unknown)
-        wrapping_ = EssenceReader(reader_, container_).wrapping();
+    wrapping_ = EssenceReader(reader_, container_).wrapping(); // some writers label clips as frames
     editRate_ = wrapping_ == Wrapping::Clip ? readingRate(container_, options_) : container_.editRate();
 }
 
