@@ -200,8 +200,8 @@ TEST(AES3Source, SubframesComeBack) {
     PCMToAES3 words(sourceOf(samples(3 * 400, 24)), {3, 24}, 4, status);
     auto const bytes = readAll(words);
     for (std::size_t i = 0; i < bytes.size(); i += 4) {
-        std::uint32_t const word =
-            bytes[i] | bytes[i + 1] << 8 | bytes[i + 2] << 16 | std::uint32_t{bytes[i + 3]} << 24;
+        std::uint32_t const word = bytes[i] | std::uint32_t{bytes[i + 1]} << 8 |
+                                   std::uint32_t{bytes[i + 2]} << 16 | std::uint32_t{bytes[i + 3]} << 24;
         EXPECT_EQ(std::popcount(word >> 4) % 2, 0);
         unsigned const frame = static_cast<unsigned>(i / 12) % 192;
         EXPECT_EQ(word & 15, i / 4 % 3 | (frame == 0 ? 8u : 0u));

@@ -35,7 +35,7 @@ Bytes samplesOf(Bytes const& bytes, unsigned channels, unsigned sampleBytes, std
 }
 
 TEST(EightChannelElement, GivesSamplesAsInAWaveFile) {
-    for (std::size_t const cutAt : {1, 5, 1000}) {
+    for (std::size_t const cutAt : {1u, 5u, 1000u}) {
         EXPECT_EQ(samplesOf(element, 3, 3, cutAt), hex("00A600 FFDEBC 000000  00 00FF 000080 000000"));
         EXPECT_EQ(samplesOf(element, 2, 2, cutAt), hex("A600 DEBC 00FF 0080"));
     }

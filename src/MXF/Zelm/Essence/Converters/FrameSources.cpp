@@ -72,7 +72,7 @@ bool S331MToPCM::produce(DataIO::Chain& chain) {
     if (source_->endOfStream())
         return false;
     auto const head = readExactly(headSize, start);
-    std::size_t const instants = head.data()[1] | head.data()[2] << 8;
+    auto const instants = static_cast<std::size_t>(head.data()[1] | head.data()[2] << 8);
     if (instants == 0)
         return true;
     auto const words = readExactly(std::uint64_t{instants} * elementChannels * AES3::subframeSize, start);

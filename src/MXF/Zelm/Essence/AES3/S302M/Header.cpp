@@ -42,8 +42,9 @@ unsigned char Header::channelIdentification() const {
 }
 
 void Header::channelIdentification(unsigned char identification) {
-    bytes_[2] = masked(bytes_[2], 0x3F, identification >> 2u);
-    bytes_[3] = masked(bytes_[3], 0xC0, identification << 6u);
+    unsigned const bits = identification;
+    bytes_[2] = masked(bytes_[2], 0x3F, bits >> 2u);
+    bytes_[3] = masked(bytes_[3], 0xC0, bits << 6u);
 }
 
 unsigned char Header::bitsPerSample() const {
