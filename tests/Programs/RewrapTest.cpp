@@ -21,6 +21,7 @@ using OPBuilders::GenericOPBuilder;
 namespace {
 
 constexpr KLV::Key privateLabel = "060E2B34.04010101.0F770301.02AA0100"_key;
+constexpr KLV::Key privateElement = "060E2B34.01020101.0F770301.00000000"_key;
 constexpr KLV::Key privateSet = "060E2B34.02530101.0F770101.01230000"_key;
 
 /// Elements under keys of the maker's own, each an edit unit of some bytes.
@@ -29,7 +30,7 @@ class Strange : public Fake {
 public:
     using Fake::Fake;
     KLV::Key proposeKey(KLV::Key const& key) const override {
-        KLV::Key strange = "060E2B34.01020101.0F770301.00000000"_key;
+        KLV::Key strange = privateElement;
         std::copy_n(key.rawBuffer() + 12, 4, strange.rawBuffer() + 12);
         return strange;
     }
