@@ -106,16 +106,16 @@ void append(CaptionPacket const& captions, std::vector<ContentFact>& facts) {
 
 std::vector<const char*> faultTexts(AncillaryPacket const& packet) {
     std::vector<const char*> texts;
-    for (auto const fault : FoundPacket::everyFault)
+    for (auto const fault : FoundPacket::everyFault())
         if ((packet.found.faults & fault) != 0)
             texts.push_back(FoundPacket::faultText(fault));
     if (!packet.track.isANC())
         return texts;
-    for (auto const fault : ReadPacket::everyFault)
+    for (auto const fault : ReadPacket::everyFault())
         if ((packet.content.faults & fault) != 0)
             texts.push_back(ReadPacket::faultText(fault));
     if (auto const captions = captionsIn(packet))
-        for (auto const fault : CaptionPacket::everyFault)
+        for (auto const fault : CaptionPacket::everyFault())
             if ((captions->faults & fault) != 0)
                 texts.push_back(CaptionPacket::faultText(fault));
     if (hasParityError(packet.found.stored.coding))

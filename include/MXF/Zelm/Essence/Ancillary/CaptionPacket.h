@@ -64,8 +64,10 @@ struct MXFZELM_EXPORT CaptionPacket {
         NoFooter = 0x40,
     };
 
-    static constexpr Fault everyFault[] = {NotCaptions,   WrongLength,   CutOff,  UnknownSection,
-                                           WrongChecksum, OtherSequence, NoFooter};
+    static constexpr auto everyFault() {
+        return std::array{NotCaptions,   WrongLength,   CutOff,  UnknownSection,
+                          WrongChecksum, OtherSequence, NoFooter};
+    }
 
     static const char* faultText(Fault fault);
 

@@ -11,6 +11,7 @@
 #include "MXF/Zelm/Platform/Export.h"
 #include "MXF/Zelm/Templates/Containers.h"
 
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <optional>
@@ -75,7 +76,9 @@ struct MXFZELM_EXPORT ReadPacket {
         WordsBehind = 0x10, ///< there are more words than the data count tells of
     };
 
-    static constexpr Fault everyFault[] = {TooShort, CountTooLarge, WrongChecksum, WrongParity, WordsBehind};
+    static constexpr auto everyFault() {
+        return std::array{TooShort, CountTooLarge, WrongChecksum, WrongParity, WordsBehind};
+    }
 
     /// A fault in words.
     static const char* faultText(Fault fault);

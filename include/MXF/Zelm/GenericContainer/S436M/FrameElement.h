@@ -15,6 +15,8 @@
 #include "MXF/Zelm/GenericContainer/S436M/StoredPacket.h"
 #include "MXF/Zelm/KLV/Key.h"
 
+#include <array>
+
 namespace MXF::Zelm::GenericContainer::S436M {
 
 using namespace KLV::Literals;
@@ -39,8 +41,10 @@ struct MXFZELM_EXPORT FoundPacket {
         CutOff = 0x40,          ///< the element ends within the packet's head
     };
 
-    static constexpr Fault everyFault[] = {UnknownWrapping, UnknownCoding,  LineOutOfRange, WrongItemSize,
-                                           PayloadTooLarge, TooManySamples, CutOff};
+    static constexpr auto everyFault() {
+        return std::array{UnknownWrapping, UnknownCoding,  LineOutOfRange, WrongItemSize,
+                          PayloadTooLarge, TooManySamples, CutOff};
+    }
 
     /// A fault in words.
     static const char* faultText(Fault fault);
