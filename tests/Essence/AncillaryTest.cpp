@@ -121,12 +121,13 @@ const Bytes captions = hex(R"(
     74 1234 00)");
 
 Bytes summedUp(Bytes bytes) {
-    bytes[2] = static_cast<unsigned char>(bytes.size());
+    bytes.at(2) = static_cast<unsigned char>(bytes.size());
+    auto& checksum = bytes.at(bytes.size() - 1);
     unsigned sum = 0;
-    bytes.back() = 0;
+    checksum = 0;
     for (auto const byte : bytes)
         sum += byte;
-    bytes.back() = static_cast<unsigned char>(256 - sum % 256);
+    checksum = static_cast<unsigned char>(256 - sum % 256);
     return bytes;
 }
 
