@@ -144,7 +144,7 @@ void requireAlike(std::vector<EssenceContainer> const& a, std::string const& nam
             refuse("the number of essence tracks", names, std::to_string(a[i].tracks.size()),
                    std::to_string(b[i].tracks.size()));
         for (std::size_t track = 0; track < a[i].tracks.size(); ++track) {
-            char const kind = trackKind(a[i].tracks[track].trackNumber);
+            char const kind = trackKind(a[i].tracks[track]);
             compareTracks(std::string(1, kind) + std::to_string(++counts[kind]), a[i].tracks[track],
                           b[i].tracks[track], names);
         }

@@ -57,7 +57,7 @@ std::vector<Structural::FileDescriptor*> descriptorsOf(Structural::SourcePackage
     return found;
 }
 
-bool isPicture(MXFIO::EssenceTrack const& track) { return trackKind(track.trackNumber) == 'v'; }
+bool isPicture(MXFIO::EssenceTrack const& track) { return trackKind(track) == 'v'; }
 
 } // namespace
 
