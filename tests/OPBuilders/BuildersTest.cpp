@@ -115,7 +115,7 @@ std::vector<Pattern> patterns() {
              builder.addItem({{first}, {second}});
              builder.addItem({{second}, {first}});
          },
-         "060E2B34.04010101.0D010201.02020500"_key, "0+10 0+10 | 0+10 0+10 | "},
+         "060E2B34.04010101.0D010201.02020500"_key, "0+10 0+10 | 0+10 0+10 | ", inTurn},
         {"3a",
          [](auto& builder) {
              auto const* const package = addProgramme(builder, 10);

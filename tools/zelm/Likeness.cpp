@@ -1,9 +1,11 @@
 #include "Likeness.h"
 
+#include "PatternLabel.h"
 #include "TrackChoice.h"
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>
 #include <MXF/Zelm/Metadata/Structural/GenericDescriptor.h>
+#include <MXF/Zelm/Metadata/Structural/Packages.h>
 #include <MXF/Zelm/Platform/Text.h>
 
 #include <algorithm>
@@ -149,6 +151,14 @@ void requireAlike(std::vector<EssenceContainer> const& a, std::string const& nam
                           b[i].tracks[track], names);
         }
     }
+}
+
+void requireOneAfterAnother(Metadata::PartitionMetadata const& metadata, std::string const& name) {
+    if (playsPlaylist(metadata))
+        throw Exceptions::InvalidValue(name +
+                                       " plays packages one after another: --playlist goes on with that");
+    if (Metadata::Structural::hasExternalEssence(metadata))
+        throw Exceptions::InvalidValue(name + " plays essence in other files: --playlist goes on with that");
 }
 
 } // namespace Zelm

@@ -14,4 +14,8 @@ namespace Zelm {
 void requireAlike(std::vector<MXF::Zelm::MXFIO::EssenceContainer> const& a, std::string const& nameA,
                   std::vector<MXF::Zelm::MXFIO::EssenceContainer> const& b, std::string const& nameB);
 
+/// Throws Exceptions::InvalidValue unless the essence of more files can go into the packages: a material
+/// package that plays several packages one after another, or those of other files, is no single one.
+void requireOneAfterAnother(MXF::Zelm::Metadata::PartitionMetadata const& metadata, std::string const& name);
+
 } // namespace Zelm

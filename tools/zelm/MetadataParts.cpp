@@ -3,6 +3,8 @@
 #include "Writer.h"
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>
+#include <MXF/Zelm/Metadata/Structural/ContentStorage.h>
+#include <MXF/Zelm/Metadata/Structural/EssenceContainerData.h>
 #include <MXF/Zelm/Metadata/Structural/GenericDescriptor.h>
 #include <MXF/Zelm/Metadata/Structural/Identification.h>
 #include <MXF/Zelm/Metadata/Structural/Packages.h>
@@ -11,6 +13,7 @@
 #include <MXF/Zelm/Utils/TimeBase.h>
 
 #include <algorithm>
+#include <limits>
 #include <set>
 
 namespace Zelm {
@@ -42,13 +45,9 @@ std::set<Types::UUID> allOwned(PartitionMetadata const& metadata) {
     return owned;
 }
 
-void setInteger(MetadataSet& set, KLV::Key const& label, std::int64_t number, bool isLength) {
-    isLength ? set.value(label, Types::Length(number)) : set.value(label, Types::Position(number));
-}
-
-std::int64_t lengthOf(MetadataSet const& set) {
-    auto const* const length = set.value<Types::Length>(Properties::duration.label);
-    return length != nullptr ? length->value() : -1;
+std::int64_t sum(std::int64_t a, std::int64_t b) {
+    constexpr auto most = std::numeric_limits<std::int64_t>::max();
+    return b > 0 && a > most - b ? most : a + b;
 }
 
 bool refersTo(Structural::SourceClip const& clip, Types::UMID32 const& package, std::uint32_t trackID) {
@@ -69,6 +68,18 @@ bool playsOnly(Structural::Track const& track, Types::UMID32 const& package, std
             plays = true;
         }
     return plays;
+}
+
+/// In place of that track.
+void playNothing(Structural::Track const& track, Types::UMID32 const& package, std::uint32_t trackID) {
+    if (track.sequence() == nullptr)
+        return;
+    for (auto* const component : track.sequence()->structuralComponents())
+        if (auto* const clip = dynamic_cast<Structural::SourceClip*>(component);
+            clip != nullptr && refersTo(*clip, package, trackID)) {
+            clip->sourcePackageID(Types::UMID32());
+            clip->sourceTrackID(Types::UInt32(0));
+        }
 }
 
 void removeTrackSet(PartitionMetadata& metadata, Structural::GenericPackage& package,
@@ -97,42 +108,47 @@ void removeDescriptor(PartitionMetadata& metadata, Structural::SourcePackage& pa
     removeWithOwned(metadata, *several);
 }
 
-/// One component of a sequence, cut to the part from `begin` to before `end` of its own length.
-void cutComponent(MetadataSet& component, std::int64_t begin, std::int64_t end,
-                  std::vector<Types::UMID32> const& cut) {
-    setInteger(component, Properties::duration.label, end - begin, true);
-    if (auto* const timecode = dynamic_cast<Structural::TimecodeComponent*>(&component)) {
-        auto const start = timecode->startTimecode() != nullptr ? timecode->startTimecode()->value() : 0;
-        timecode->startTimecode(Types::Position(start + begin));
-    }
-    auto* const clip = dynamic_cast<Structural::SourceClip*>(&component);
-    if (clip == nullptr || clip->sourcePackageID() == nullptr || clip->sourcePackageID()->isNull() ||
-        std::find(cut.begin(), cut.end(), *clip->sourcePackageID()) != cut.end())
+/// What a clip of a package that begins at `start` plays from edit unit `begin` of its own on.
+void moveClip(Structural::SourceClip& clip, std::int64_t begin, Templates::Rational<int> const& rate,
+              PackageStarts const& starts) {
+    auto const* const source = clip.sourcePackageID();
+    if (source == nullptr || source->isNull())
         return;
-    auto const start = clip->startPosition() != nullptr ? clip->startPosition()->value() : 0;
-    clip->startPosition(Types::Position(start + begin));
+    auto const cut = starts.find(*source);
+    std::int64_t const before = cut != starts.end() ? Utils::secondsToFrames(cut->second, rate) : 0;
+    constexpr auto farthest = std::numeric_limits<std::int64_t>::max() / 2;
+    auto const start = std::clamp<std::int64_t>(
+        clip.startPosition() != nullptr ? clip.startPosition()->value() : 0, -farthest, farthest);
+    clip.startPosition(Types::Position(sum(start, begin) - before));
+}
+
+void cutComponent(ComponentPart const& part, Templates::Rational<int> const& rate,
+                  PackageStarts const& starts) {
+    setLength(*part.component, part.end - part.begin);
+    if (auto* const timecode = dynamic_cast<Structural::TimecodeComponent*>(part.component)) {
+        auto const start = timecode->startTimecode() != nullptr ? timecode->startTimecode()->value() : 0;
+        timecode->startTimecode(Types::Position(sum(start, part.begin)));
+    } else if (auto* const clip = dynamic_cast<Structural::SourceClip*>(part.component)) {
+        moveClip(*clip, part.begin, rate, starts);
+    }
 }
 
 /// Cuts a sequence to the edit units from `from` to before `to`.
 void cutSequence(PartitionMetadata& metadata, Structural::Sequence& sequence, std::int64_t from,
-                 std::int64_t to, std::vector<Types::UMID32> const& cut) {
-    std::int64_t position = 0;
+                 std::int64_t to, Templates::Rational<int> const& rate, PackageStarts const& starts) {
+    std::int64_t length = 0;
     auto const& label = Properties::structuralComponents.label;
-    for (auto* const component : sequence.referencedSets(label)) {
-        std::int64_t const known = lengthOf(*component);
-        std::int64_t const length = known >= 0 ? known : std::max<std::int64_t>(to - position, 0);
-        std::int64_t const begin = std::clamp<std::int64_t>(from - position, 0, length);
-        std::int64_t const end = std::clamp<std::int64_t>(to - position, begin, length);
-        position += length;
-        if (end > begin || sequence.referencedSets(label).size() == 1) {
-            cutComponent(*component, begin, end, cut);
+    for (auto const& part : partsWithin(sequence, from, to)) {
+        length += part.end - part.begin;
+        if (part.end > part.begin || sequence.referencedSets(label).size() == 1) {
+            cutComponent(part, rate, starts);
         } else {
-            sequence.removeReference(label, *component);
-            removeWithOwned(metadata, *component);
+            sequence.removeReference(label, *part.component);
+            removeWithOwned(metadata, *part.component);
         }
     }
     if (sequence.duration() != nullptr)
-        sequence.duration(Types::Length(std::max<std::int64_t>(std::min(to, position) - from, 0)));
+        sequence.duration(Types::Length(length));
 }
 
 /// Events outside of the time go, the others move.
@@ -144,7 +160,7 @@ void cutEvents(PartitionMetadata& metadata, Structural::Sequence& sequence, std:
             continue;
         std::int64_t const start = event->eventStartPosition()->value();
         std::int64_t const length = std::max<std::int64_t>(lengthOf(*event), 1);
-        if ((start >= to || start + length <= from) && sequence.structuralComponents().size() > 1) {
+        if ((start >= to || sum(start, length) <= from) && sequence.structuralComponents().size() > 1) {
             sequence.removeStructuralComponent(*event);
             removeWithOwned(metadata, *event);
             continue;
@@ -169,6 +185,20 @@ void addLabel(Labels& labels, Types::UniversalLabel const* label) {
 }
 
 } // namespace
+
+void forOwned(PartitionMetadata const& metadata, MetadataSet& set,
+              std::function<void(MetadataSet&)> const& use) {
+    std::set<MetadataSet const*> seen = {&set};
+    std::vector<MetadataSet*> waiting = {&set};
+    while (!waiting.empty()) {
+        auto* const next = waiting.back();
+        waiting.pop_back();
+        use(*next);
+        for (auto const& target : ownedBy(*next))
+            if (auto* const owned = metadata.find(target); owned != nullptr && seen.insert(owned).second)
+                waiting.push_back(owned);
+    }
+}
 
 void removeWithOwned(PartitionMetadata& metadata, MetadataSet& set) {
     auto const* const uid = set.instanceUID();
@@ -197,6 +227,8 @@ void removeTrack(PartitionMetadata& metadata, Structural::SourcePackage& package
                                      : Templates::vector<Structural::Track*>())
             if (playsOnly(*track, *package.packageUID(), trackID))
                 removeTrackSet(metadata, *other, *track);
+            else
+                playNothing(*track, *package.packageUID(), trackID);
     }
     for (auto* const track : package.tracks())
         if (track->trackID() != nullptr && *track->trackID() == trackID)
@@ -204,8 +236,35 @@ void removeTrack(PartitionMetadata& metadata, Structural::SourcePackage& package
     removeDescriptor(metadata, package, trackID);
 }
 
+void removePackage(PartitionMetadata& metadata, Structural::SourcePackage& package) {
+    auto* const storage = Structural::findPreface(metadata).contentStorage();
+    for (auto* const data : storage->essenceContainerData())
+        if (data->linkedPackageUID() != nullptr && package.packageUID() != nullptr &&
+            *data->linkedPackageUID() == *package.packageUID()) {
+            storage->removeEssenceContainerData(*data);
+            removeWithOwned(metadata, *data);
+        }
+    storage->removePackage(package);
+    removeWithOwned(metadata, package);
+}
+
+std::vector<ComponentPart> partsWithin(Structural::Sequence const& sequence, std::int64_t from,
+                                       std::int64_t to) {
+    std::vector<ComponentPart> parts;
+    std::int64_t position = 0;
+    for (auto* const component : sequence.referencedSets(Properties::structuralComponents.label)) {
+        std::int64_t const known = lengthOf(*component);
+        std::int64_t const length = known >= 0 ? known : std::max<std::int64_t>(to - position, 0);
+        std::int64_t const begin = std::clamp<std::int64_t>(from - position, 0, length);
+        std::int64_t const end = std::clamp<std::int64_t>(to - position, begin, length);
+        parts.push_back({component, begin, end});
+        position = sum(position, length);
+    }
+    return parts;
+}
+
 void cutTracks(PartitionMetadata& metadata, Structural::GenericPackage& package, Seconds const& from,
-               Seconds const& to, std::vector<Types::UMID32> const& cut) {
+               Seconds const& to, PackageStarts const& starts) {
     for (auto* const track : package.tracks()) {
         auto* const sequence = track->sequence();
         auto const* const timeline = dynamic_cast<Structural::TimelineTrack*>(track);
@@ -220,8 +279,19 @@ void cutTracks(PartitionMetadata& metadata, Structural::GenericPackage& package,
         if (events != nullptr)
             cutEvents(metadata, *sequence, first, last);
         else
-            cutSequence(metadata, *sequence, first, last, cut);
+            cutSequence(metadata, *sequence, first, last, rate->value(), starts);
     }
+}
+
+std::int64_t lengthOf(MetadataSet const& set) {
+    auto const* const length = set.value<Types::Length>(Properties::duration.label);
+    return length != nullptr ? std::max<std::int64_t>(length->value(), -1) : -1;
+}
+
+void setLength(MetadataSet& set, std::int64_t length) {
+    if (dynamic_cast<Structural::StructuralComponent*>(&set) != nullptr ||
+        set.findElement(Properties::duration.label) != nullptr)
+        set.value(Properties::duration.label, Types::Length(length));
 }
 
 void setLength(Structural::Track& track, std::int64_t length) {
@@ -230,21 +300,33 @@ void setLength(Structural::Track& track, std::int64_t length) {
         return;
     auto const components = sequence->referencedSets(Properties::structuralComponents.label);
     if (components.size() == 1)
-        setInteger(*components.front(), Properties::duration.label, length, true);
+        setLength(*components.front(), length);
     if (components.size() <= 1 || lengthOf(*sequence) < 0)
         sequence->duration(Types::Length(length));
+}
+
+void forgetLength(Structural::Track& track) {
+    auto* const sequence = track.sequence();
+    if (sequence == nullptr)
+        return;
+    auto const components = sequence->referencedSets(Properties::structuralComponents.label);
+    if (!components.empty())
+        setLength(*components.back(), -1);
+    sequence->duration(Types::Length(-1));
 }
 
 void limitLength(Structural::Track& track, std::int64_t length) {
     auto* const sequence = track.sequence();
     if (sequence == nullptr)
         return;
-    auto const components = sequence->referencedSets(Properties::structuralComponents.label);
-    std::int64_t const known = lengthOf(components.size() == 1 ? *components.front() : *sequence);
-    if (components.size() == 1 && (known < 0 || known > length))
-        setLength(track, length);
-    else if (lengthOf(*sequence) < 0 && known >= 0)
-        sequence->duration(Types::Length(known));
+    std::int64_t total = 0;
+    for (auto const& part : partsWithin(*sequence, 0, length)) {
+        total += part.end;
+        if (lengthOf(*part.component) != part.end)
+            setLength(*part.component, part.end);
+    }
+    if (lengthOf(*sequence) < 0 || lengthOf(*sequence) > length)
+        sequence->duration(Types::Length(total));
 }
 
 Templates::Rational<int> editRateOf(Structural::TimelineTrack const& track) {

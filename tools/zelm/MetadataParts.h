@@ -5,13 +5,21 @@
 
 #include <MXF/Zelm/Metadata/PartitionMetadata.h>
 #include <MXF/Zelm/Metadata/Structural/GenericPackage.h>
+#include <MXF/Zelm/Metadata/Structural/Sequence.h>
 #include <MXF/Zelm/Metadata/Structural/Track.h>
 #include <MXF/Zelm/Templates/Rational.h>
 #include <MXF/Zelm/Types/UMID.h>
 
+#include <functional>
+#include <map>
+
 namespace Zelm {
 
 using Seconds = MXF::Zelm::Templates::Rational<std::int64_t>;
+
+/// Calls `use` with a set and all that it owns, each once.
+void forOwned(MXF::Zelm::Metadata::PartitionMetadata const& metadata, MXF::Zelm::Metadata::MetadataSet& set,
+              std::function<void(MXF::Zelm::Metadata::MetadataSet&)> const& use);
 
 /// Removes a set to which nothing refers any more, and all that only it owns.
 void removeWithOwned(MXF::Zelm::Metadata::PartitionMetadata& metadata, MXF::Zelm::Metadata::MetadataSet& set);
@@ -21,21 +29,49 @@ void renamePackage(MXF::Zelm::Metadata::PartitionMetadata& metadata, MXF::Zelm::
                    MXF::Zelm::Types::UMID32 const& to);
 
 /// Removes a track of a file package with its descriptor, and the tracks of other packages that play nothing
-/// else.
+/// else. Where one plays others too, nothing is played in its time.
 void removeTrack(MXF::Zelm::Metadata::PartitionMetadata& metadata,
                  MXF::Zelm::Metadata::Structural::SourcePackage& package, std::uint32_t trackID);
 
+/// Removes a package, what tells where its essence is, and all that only it owns.
+void removePackage(MXF::Zelm::Metadata::PartitionMetadata& metadata,
+                   MXF::Zelm::Metadata::Structural::SourcePackage& package);
+
+/// A component of a sequence, and what of it lies within a time: from `begin` to before `end` of its own
+/// length.
+struct ComponentPart {
+    MXF::Zelm::Metadata::MetadataSet* component;
+    std::int64_t begin, end;
+};
+
+/// All components, with the edit units of the sequence from `from` to before `to`. One whose length is not
+/// known has all that is left.
+std::vector<ComponentPart> partsWithin(MXF::Zelm::Metadata::Structural::Sequence const& sequence,
+                                       std::int64_t from, std::int64_t to);
+
+/// By its UMID, the moment at which a package begins that was cut.
+using PackageStarts = std::map<MXF::Zelm::Types::UMID32, Seconds>;
+
 /// Cuts the timeline and event tracks of a package to the time from `from` to before `to`: components get
-/// shorter or go, timecode and the clips of other packages begin later. Clips of packages in `cut`, which are
-/// cut likewise, begin where they did.
+/// shorter or go, timecode and clips begin later. Clips of packages that were cut too count from their new
+/// start.
 void cutTracks(MXF::Zelm::Metadata::PartitionMetadata& metadata,
                MXF::Zelm::Metadata::Structural::GenericPackage& package, Seconds const& from,
-               Seconds const& to, std::vector<MXF::Zelm::Types::UMID32> const& cut);
+               Seconds const& to, PackageStarts const& starts);
+
+/// The length of a component or sequence, -1 when it is not known.
+std::int64_t lengthOf(MXF::Zelm::Metadata::MetadataSet const& set);
+
+/// For a set that may have a length.
+void setLength(MXF::Zelm::Metadata::MetadataSet& set, std::int64_t length);
 
 /// Sets how long a track is that has one component, or whose components do not say.
 void setLength(MXF::Zelm::Metadata::Structural::Track& track, std::int64_t length);
 
-/// The same where the length is not known or greater. Several components are cut.
+/// Makes the length of a track one that is not known yet: its last component goes on.
+void forgetLength(MXF::Zelm::Metadata::Structural::Track& track);
+
+/// Gives a track whose length is not known or greater this length.
 void limitLength(MXF::Zelm::Metadata::Structural::Track& track, std::int64_t length);
 
 /// The edit rate of a timeline track, unknown when it has none.

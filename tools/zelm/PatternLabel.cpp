@@ -1,5 +1,7 @@
 #include "PatternLabel.h"
 
+#include "ContainerCopy.h"
+
 #include <MXF/Zelm/Exceptions/Exceptions.h>
 #include <MXF/Zelm/Metadata/Structural/GenericDescriptor.h>
 #include <MXF/Zelm/Metadata/Structural/OperationalPatterns.h>
@@ -27,12 +29,12 @@ struct Shape {
     std::size_t materials = 0;
     std::size_t tracks = 0;         // of the material package with most
     std::size_t mostClips = 0;      // of a track
-    bool hasParts = false;          // a clip does not begin with its package
+    bool hasParts = false;          // of packages are played
     std::size_t packagesAtOnce = 0; // file packages that begin together
     std::size_t filePackages = 0;   // with essence in the file
     std::size_t mostTracksOfPackage = 0;
 
-    unsigned char items() const { return static_cast<unsigned char>(mostClips <= 1 ? 1 : hasParts ? 3 : 2); }
+    unsigned char items() const { return static_cast<unsigned char>(hasParts ? 3 : mostClips > 1 ? 2 : 1); }
     unsigned char packages() const {
         return static_cast<unsigned char>(materials > 1 ? 3 : packagesAtOnce > 1 ? 2 : 1);
     }
@@ -44,16 +46,31 @@ Templates::list<Structural::TimelineTrack*> essenceTracksOf(Structural::GenericP
     return tracks;
 }
 
-std::vector<Structural::SourceClip const*> clipsOf(Structural::Track const& track) {
-    std::vector<Structural::SourceClip const*> clips;
-    if (track.sequence() != nullptr)
-        for (auto const* const component : track.sequence()->structuralComponents())
-            if (auto const* const clip = dynamic_cast<Structural::SourceClip const*>(component))
-                clips.push_back(clip);
-    return clips;
+/// How long the track is that a clip plays, in edit units of that rate; absent when it is not known.
+std::optional<std::int64_t> sourceLength(Metadata::PartitionMetadata const& metadata,
+                                         Structural::SourceClip const& clip,
+                                         Templates::Rational<int> const& rate) {
+    for (auto const* const set : metadata.packages())
+        if (auto const* const package = dynamic_cast<Structural::SourcePackage const*>(set);
+            package != nullptr && package->packageUID() != nullptr && clip.sourcePackageID() != nullptr &&
+            *package->packageUID() == *clip.sourcePackageID() && clip.sourceTrackID() != nullptr)
+            if (auto const* const track = timelineTrack(*package, clip.sourceTrackID()->value());
+                track != nullptr && editRateOf(*track) == rate)
+                return Structural::durationOf(*track).value();
+    return std::nullopt;
 }
 
-void takeMaterial(Structural::MaterialPackage const& package, Shape& shape) {
+/// Of a single clip only its start counts: many writers make it a little shorter than its source.
+bool playsPart(Metadata::PartitionMetadata const& metadata, Structural::TimelineTrack const& track,
+               Structural::SourceClip const& clip, bool isOnly) {
+    if (clip.startPosition() != nullptr && *clip.startPosition() != 0)
+        return true;
+    auto const there = isOnly ? std::nullopt : sourceLength(metadata, clip, editRateOf(track));
+    return there && lengthOf(clip) >= 0 && lengthOf(clip) < *there;
+}
+
+void takeMaterial(Metadata::PartitionMetadata const& metadata, Structural::MaterialPackage const& package,
+                  Shape& shape) {
     ++shape.materials;
     std::set<Types::UMID32> first;
     auto const tracks = essenceTracksOf(package);
@@ -62,8 +79,7 @@ void takeMaterial(Structural::MaterialPackage const& package, Shape& shape) {
         auto const clips = clipsOf(*track);
         shape.mostClips = std::max(shape.mostClips, clips.size());
         for (auto const* const clip : clips)
-            shape.hasParts =
-                shape.hasParts || (clip->startPosition() != nullptr && *clip->startPosition() != 0);
+            shape.hasParts = shape.hasParts || playsPart(metadata, *track, *clip, clips.size() == 1);
         if (!clips.empty() && clips.front()->sourcePackageID() != nullptr)
             first.insert(*clips.front()->sourcePackageID());
     }
@@ -74,7 +90,7 @@ Shape shapeOf(Metadata::PartitionMetadata const& metadata) {
     Shape shape;
     for (auto const* const set : metadata.packages())
         if (auto const* const material = dynamic_cast<Structural::MaterialPackage const*>(set)) {
-            takeMaterial(*material, shape);
+            takeMaterial(metadata, *material, shape);
         } else if (auto const* const file = dynamic_cast<Structural::SourcePackage const*>(set);
                    file != nullptr && dynamic_cast<Structural::FileDescriptor const*>(file->descriptor()) &&
                    !Structural::isExternalEssence(metadata, *file)) {
@@ -98,13 +114,25 @@ KLV::Key generalizedLabel(Metadata::PartitionMetadata const& metadata, Shape con
     return Patterns::generalized(static_cast<Patterns::Items>(shape.items()),
                                  static_cast<Patterns::Packages>(shape.packages()),
                                  {.externalEssence = Structural::hasExternalEssence(metadata),
-                                  .streamFile = shape.filePackages <= 1 || isInterleaved,
+                                  .streamFile = shape.packages() == 1 || isInterleaved,
                                   .multiTrack = shape.mostTracksOfPackage > 1});
 }
 
 std::string nameOf(unsigned char items, unsigned char packages) {
     std::string const letters = " abc";
     return "op" + std::to_string(items) + letters.substr(packages <= 3 ? packages : 0, 1);
+}
+
+/// Which of what the file does the pattern has not.
+std::string reasonAgainst(PatternRow const& wanted, Shape const& shape) {
+    if (wanted.packages != shape.packages())
+        return shape.packages() == 3   ? "there are several material packages"
+               : wanted.packages == 3  ? "there is one material package, without an alternative"
+               : shape.packages() == 2 ? "several packages are played at once"
+                                       : "one package is played at a time";
+    return shape.items() == 1   ? "one item is played (zelm join --playlist plays files one after another)"
+           : shape.items() == 2 ? "whole packages are played one after another"
+                                : "parts of packages are played";
 }
 
 void requirePattern(PatternRow const& wanted, Shape const& shape) {
@@ -114,11 +142,14 @@ void requirePattern(PatternRow const& wanted, Shape const& shape) {
         return;
     }
     if (wanted.items != shape.items() || wanted.packages != shape.packages())
-        throw Exceptions::InvalidValue("the packages are those of " +
-                                       nameOf(shape.items(), shape.packages()) + ", not of " + wanted.name);
+        throw Exceptions::InvalidValue(
+            "--pattern " + std::string(wanted.name) + ": the packages are those of " +
+            nameOf(shape.items(), shape.packages()) + ": " + reasonAgainst(wanted, shape));
 }
 
 } // namespace
+
+bool playsPlaylist(Metadata::PartitionMetadata const& metadata) { return shapeOf(metadata).mostClips > 1; }
 
 Types::UniversalLabel patternLabel(Metadata::PartitionMetadata const& metadata, PatternRow const* wanted,
                                    bool isInterleaved) {

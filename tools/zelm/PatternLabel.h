@@ -13,4 +13,7 @@ namespace Zelm {
 MXF::Zelm::Types::UniversalLabel patternLabel(MXF::Zelm::Metadata::PartitionMetadata const& metadata,
                                               PatternRow const* wanted, bool isInterleaved);
 
+/// Whether a material package plays packages one after another.
+bool playsPlaylist(MXF::Zelm::Metadata::PartitionMetadata const& metadata);
+
 } // namespace Zelm

@@ -1,20 +1,16 @@
-/// Makes a new MXF file of the essence of another, or of several that go on with each other. The header
-/// metadata is that of the (first) file, changed where what is written differs from it.
+/// Makes a new MXF file of the essence of another, or of several that go on with each other or are played one
+/// after another. The header metadata is that of the (first) file, changed where what is written differs from
+/// it.
 #pragma once
 
-#include "Input.h"
+#include "ContainerCopy.h"
+#include "GangedPackages.h"
 #include "LayoutOptions.h"
-#include "UnitRange.h"
+#include "Playlist.h"
 
 #include <MXF/Zelm/MXFIO/Creator.h>
-#include <MXF/Zelm/MXFIO/EssenceContainer.h>
-#include <MXF/Zelm/MXFIO/PassThroughSource.h>
-#include <MXF/Zelm/Metadata/Structural/GenericPackage.h>
 
 #include <deque>
-#include <functional>
-#include <list>
-#include <memory>
 
 namespace Zelm {
 
@@ -22,19 +18,26 @@ struct RewrapOptions {
     LayoutOptions layout = {};                ///< what is empty or absent stays as it is
     std::vector<std::string> tracks, without; ///< by name: all when both are empty
     std::optional<RangeChoice> range = std::nullopt;
+    bool isPlaylist = false; ///< files keep their packages
     enum class UIDs { AsNeeded, New, Kept } uids = UIDs::AsNeeded;
     bool trustsSizes = true; ///< as MXFIO::PassThroughSourceOptions
 };
 
-/// What became of one essence container.
+/// What becomes of one essence container.
 struct RewrappedContainer {
     std::uint32_t bodySID = 0;
     std::size_t tracks = 0;
-    std::string wrapping;
+    bool isClip = false;
     std::int64_t preCharge = 0;
     std::function<std::int64_t()> units = {}; ///< in the file, so far
     EditRate rate = {};
 };
+
+/// What a file lacks of what it says it has.
+struct Shortage {
+    std::string file, what;
+};
+using Shortages = std::vector<Shortage>;
 
 class Rewrap {
 public:
@@ -51,6 +54,9 @@ public:
     MXF::Zelm::Types::UniversalLabel pattern() const;
     std::vector<RewrappedContainer> const& containers() const { return report_; }
 
+    /// When all is written.
+    Shortages shortages() const;
+
     /// Track labels that were given for tracks that are not there.
     std::vector<std::string> const& unused() const { return unused_; }
 
@@ -59,59 +65,35 @@ public:
 
 private:
     using EssenceContainer = MXF::Zelm::MXFIO::EssenceContainer;
-    using SourcePackage = MXF::Zelm::Metadata::Structural::SourcePackage;
-    using Wrapping = MXF::Zelm::GenericContainer::Wrapping;
-
-    /// One container on its way.
-    struct Kept {
-        EssenceContainer container;              // of the first input
-        std::vector<EssenceContainer> more = {}; // of the others
-        SourcePackage* package = nullptr;        // in the metadata that is written
-        std::vector<MXF::Zelm::MXFIO::PassThroughSourceOptions::TrackChange> changes = {};
-        std::vector<MXF::Zelm::MXFIO::EssenceTrack const*> tracks = {};
-        std::unique_ptr<MXF::Zelm::GenericContainer::Source> source = nullptr;
-        std::function<std::int64_t()> units = {};
-        std::function<bool()> knowsUnits = {};
-        EditRate rate = {};
-        std::int64_t preCharge = 0;
-        std::int64_t origin = 0;
-        bool isConverted = false;
-    };
+    using MetadataPtr = MXF::Zelm::MXFIO::Partition::MetadataPtr;
 
     Input& input() { return *inputs_.front(); }
     void open(std::vector<std::string> const& files);
-    bool isChosen(EssenceContainer const& container, MXF::Zelm::MXFIO::EssenceTrack const& track) const;
-    void chooseTracks();
-    void keepTracks(Kept& kept);
-    void leaveOut(EssenceContainer const& container);
-    SourcePackage* packageFor(EssenceContainer const& container) const;
+    void openFollowing(std::size_t index, std::vector<EssenceContainer> const& containers);
+    void openPlaylist();
+    void takeStreamIDs();
+    PatternRow const* wantedPattern() const;
     void chooseLayout();
+    void choosePackages();
     void makeSources();
-    Wrapping wantedWrapping(Kept const& kept, Wrapping present) const;
-    void passThrough(Kept& kept);
-    void convert(Kept& kept, Wrapping wanted);
-    void describeConverted(Kept& kept, MXF::Zelm::GenericContainer::EssenceAnalyzer& analyzer);
-    EditRate frameRate(Kept const& kept) const;
-    void cutToRange();
-    UnitRange unitsFor(Kept const& kept) const;
-    Kept& rangeHolder();
-    void forgetLengths();
     void renamePackages();
     void setPattern();
-    void finishLengths();
-    void finishLengths(Kept const& kept);
+    void report();
 
     SharedDictionary dictionary_;
     RewrapOptions options_;
     std::vector<std::unique_ptr<Input>> inputs_;
-    std::unique_ptr<Input> written_; // the first once more: its metadata is changed
-    MXF::Zelm::MXFIO::Partition::MetadataPtr metadata_;
-    std::vector<EssenceContainer> containers_;
-    std::list<Kept> kept_;
-    std::deque<std::uint32_t> chosen_; // not used when all tracks are
+    std::vector<MetadataPtr> sources_; // the final metadata of each
+    std::vector<bool> haveFooter_;     // the same
+    std::unique_ptr<Input> written_;   // the first once more: its metadata is changed
+    MetadataPtr metadata_;
+    std::vector<EssenceContainer> containers_; // of the first
+    ContainerCopies copies_;
+    StreamIDs streams_;
+    std::vector<MovedStreams> movedStreams_; // of the inputs behind the first
     MXF::Zelm::MXFIO::CreatorSettings settings_;
-    std::optional<UnitRange> range_; // in edit units of the holder's container
-    bool isLess_ = false;            // than the input has
+    std::optional<TimeSpan> shown_; // on the material packages, when a range is wanted
+    bool isOther_ = false;          // the packages hold other essence than before
     std::vector<RewrappedContainer> report_;
     std::vector<std::string> unused_;
 };

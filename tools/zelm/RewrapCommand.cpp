@@ -120,19 +120,28 @@ private:
                 reportFault(file.partName(), "is not whole");
             throw;
         }
+        return report(rewrap, file);
+    }
+
+    ExitStatus report(Rewrap const& rewrap, NewMxfFile const& file) const {
         for (auto const& label : rewrap.unused())
             reportFault(output_, "--track-label: there is no track " + label);
+        Shortages const shortages = file.wasInterrupted() ? Shortages() : rewrap.shortages();
         if (!file.isStandardOutput())
-            report_.json ? printJson(rewrap, file) : printText(rewrap, file);
+            report_.json ? printJson(rewrap, file, !shortages.empty()) : printText(rewrap, file);
         if (file.wasInterrupted())
             reportFault(output_, file.wasDiscarded() ? "interrupted: removed"
                                                      : "interrupted: ends with what was written so far");
-        return file.wasInterrupted() ? SystemFailed : Done;
+        for (auto const& shortage : shortages)
+            reportFault(shortage.file, shortage.what);
+        return file.wasInterrupted() ? SystemFailed : shortages.empty() ? Done : FoundSomething;
     }
 
     static std::string unitsText(RewrappedContainer const& container) {
-        std::string text = grouped(static_cast<std::uint64_t>(container.units())) +
-                           (container.wrapping == "clip" ? " edit units in one clip" : " edit units");
+        auto const units = container.units();
+        std::string text = grouped(static_cast<std::uint64_t>(units)) +
+                           (units == 1 ? " edit unit" : " edit units") +
+                           (container.isClip ? " in one clip" : "");
         if (container.preCharge != 0)
             text += ", " + std::to_string(container.preCharge) + " of them before the first that is shown";
         return text;
@@ -148,12 +157,12 @@ private:
                       << (container.tracks == 1 ? " track, " : " tracks, ") << unitsText(container) << "\n";
     }
 
-    void printJson(Rewrap const& rewrap, NewMxfFile const& file) const {
+    void printJson(Rewrap const& rewrap, NewMxfFile const& file, bool endsEarly) const {
         Json containers = Json::array();
         for (auto const& container : rewrap.containers())
             containers.push_back({{"body_sid", container.bodySID},
                                   {"tracks", container.tracks},
-                                  {"wrapping", container.wrapping},
+                                  {"wrapping", container.isClip ? "clip" : "frame"},
                                   {"edit_units", container.units()},
                                   {"pre_charge", container.preCharge},
                                   {"edit_rate", std::to_string(container.rate.numerator) + "/" +
@@ -164,6 +173,7 @@ private:
         report["seconds"] = file.seconds();
         report["operational_pattern"] = toJson(rewrap.pattern().key());
         report["containers"] = containers;
+        report["ends_early"] = endsEarly;
         report["interrupted"] = file.wasInterrupted();
         print(report);
     }
@@ -203,6 +213,8 @@ public:
         parser.add_flag("--clip", layout.clip, "Wrap sound as one clip")->excludes(frames);
         parser.add_option("--rate", layout.rate,
                           "With --frame, edit units a second where nothing tells: 25, 30000/1001, 29.97");
+        parser.add_flag("--system-item", layout.systemItem,
+                        "A system item with timecode in content packages that have none");
         declareCommon(parser);
         parser.footer(footer);
     }
@@ -222,11 +234,19 @@ private:
         "any kind is taken, known or not, and not changed. A range of pictures that need others begins with "
         "those;\n"
         "players pass over them (Origin). Packages that hold less than before get new UMIDs.\n"
+        "--pattern op1b gives each track a file package of its own; op1a puts the tracks of packages that "
+        "play at\n"
+        "once into one. A range where packages play one after another cuts each of them; its edit units "
+        "count "
+        "from\n"
+        "the start of what is played.\n"
         "\nExamples:\n"
         "  zelm rewrap clip.mxf -o clip-2.mxf --partition-every 10s --index body\n"
         "  zelm rewrap clip.mxf -o part.mxf --range 10:00:00:00-10:00:05:00\n"
         "  zelm rewrap clip.mxf -o picture.mxf --track v1 --pattern atom\n"
-        "  zelm rewrap sound.mxf -o frames.mxf --frame --rate 25";
+        "  zelm rewrap sound.mxf -o frames.mxf --frame --rate 25\n"
+        "  zelm rewrap clip.mxf -o apart.mxf --pattern op1b --clip\n"
+        "\nExit status 1: the essence ends early; every whole edit unit that is there was written.";
 
     std::string file_, range_;
 };
@@ -235,6 +255,8 @@ class JoinCommand : public CopyCommand {
 public:
     void declare(CLI::App& parser) override {
         parser.add_option("FILE", files_, "The files, two or more")->required();
+        parser.add_flag("--playlist", options_.isPlaylist,
+                        "Keep the file packages of each, and play them one after another (op2a)");
         declareCommon(parser);
         parser.footer(footer);
     }
@@ -252,8 +274,13 @@ private:
         "\nThe essence of the files is put one after the other into one file package. It has to be alike: "
         "what\n"
         "differs is named. Timecode, names and other metadata are those of the first file.\n"
-        "\nExample:\n"
-        "  zelm join reel-1.mxf reel-2.mxf -o whole.mxf";
+        "With --playlist each file keeps its file packages with all that belongs to them, and may have other "
+        "essence;\n"
+        "the material packages need tracks of the same kinds and edit rates.\n"
+        "\nExamples:\n"
+        "  zelm join reel-1.mxf reel-2.mxf -o whole.mxf\n"
+        "  zelm join --playlist leader.mxf programme.mxf -o show.mxf\n"
+        "\nExit status 1: essence ends early; every whole edit unit that is there was written.";
 
     std::vector<std::string> files_;
 };

@@ -214,6 +214,10 @@ MXFIO::CreatorSettings layoutOf(Input& input, std::vector<MXFIO::EssenceContaine
     return settings;
 }
 
+bool hasFooter(Input& input) {
+    return partitionsOf(input).back()->partitionPack().partitionKind() == Packs::PartitionPack::Footer;
+}
+
 std::vector<MXFIO::GenericStream> genericStreamsOf(Input& input) {
     std::vector<MXFIO::GenericStream> streams;
     std::map<std::uint32_t, std::shared_ptr<FileRanges>> ranges;

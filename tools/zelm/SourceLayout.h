@@ -14,6 +14,9 @@ namespace Zelm {
 MXF::Zelm::MXFIO::CreatorSettings layoutOf(Input& input,
                                            std::vector<MXF::Zelm::MXFIO::EssenceContainer> const& containers);
 
+/// Whether a footer partition ends the file.
+bool hasFooter(Input& input);
+
 /// The generic streams of a file, to be read when they are written: from a source of their own.
 std::vector<MXF::Zelm::MXFIO::GenericStream> genericStreamsOf(Input& input);
 

@@ -37,6 +37,9 @@ struct MXFZELM_EXPORT PassThroughSourceOptions {
 
     Templates::vector<TrackChange> tracks = {};
 
+    /// Packs and sets of the system item go along. The pack tells of items without tracks left no longer.
+    bool keepsSystemItem = true;
+
     /// Elements have the constant sizes that the file's index claims.
     bool trustsSizes = true;
 };
@@ -88,6 +91,10 @@ public:
     /// Edit units that stand before the first that is to be shown.
     std::int64_t preCharge() const { return preCharge_; }
 
+    /// The edit units that are handed out, in stored order: from the first to before the end.
+    std::int64_t firstUnit() const { return first_; }
+    std::int64_t endUnit() const { return end_; }
+
 protected:
     bool doNextContentPackage(DataIO::Chain& out, Templates::Rational<std::int64_t>& position) override;
 
@@ -110,6 +117,9 @@ private:
     bool readPackage();
     void take(PacketHead const& head);
     void append(PacketHead const& head);
+    bool isLeftOut(GenericContainer::ElementKey key) const;
+    void findLostItems();
+    DataIO::Slice changedPack(PacketHead const& head);
     PassThroughSourceOptions::TrackChange const* changeOf(GenericContainer::ElementKey key) const;
     std::uint64_t partSize(std::size_t part) const;
     void note();
@@ -135,6 +145,7 @@ private:
     Utils::Padding padding_;
     bool hasAhead_ = false;
     bool leavesOut_ = false; // what follows belongs to a track that is left out
+    unsigned char lostItems_ = 0; // bits of the system metadata pack
     DataIO::Chain package_;  // read ahead, with its parts
     std::vector<Part> parts_;
     std::vector<Part> layout_; // of the first package

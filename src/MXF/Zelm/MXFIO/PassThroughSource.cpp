@@ -2,6 +2,7 @@
 
 #include "MXF/Zelm/ByteCoders/BER.h"
 #include "MXF/Zelm/Exceptions/Exceptions.h"
+#include "MXF/Zelm/GenericContainer/SystemMetadataPack.h"
 #include "MXF/Zelm/MXFIO/FutureUpdater.h"
 #include "MXF/Zelm/Metadata/Structural/GenericDescriptor.h"
 #include "MXF/Zelm/Metadata/Structural/GenericPackage.h"
@@ -32,12 +33,37 @@ bool isPicture(ElementKey key) {
            key.itemType() == ElementKey::Compound;
 }
 
+/// What the first byte of a system metadata pack says of an item type (SMPTE 385M); 0 for none.
+unsigned char packBit(ElementKey key) {
+    switch (key.itemType()) {
+    case ElementKey::Picture:
+    case ElementKey::CPPicture:
+        return 0x08;
+    case ElementKey::Sound:
+    case ElementKey::CPSound:
+        return 0x04;
+    case ElementKey::Data:
+    case ElementKey::CPData:
+        return 0x02;
+    default:
+        return 0;
+    }
+}
+
 std::uint32_t gridOf(Reader2& reader, std::uint32_t bodySID) {
     for (auto* partition = reader.headerPartition(); partition != nullptr;
          partition = reader.nextPartition(partition))
         if (partition->partitionPack().bodySID() == bodySID)
             return std::max<std::uint32_t>(partition->partitionPack().kagSize(), 1);
     return 1;
+}
+
+/// Of whatever version.
+bool isSystemPack(PacketHead const& head) {
+    auto key = head.key;
+    key[7] = GenericContainer::SystemMetadataPack::key()[7];
+    return key == GenericContainer::SystemMetadataPack::key() &&
+           head.length == GenericContainer::SystemMetadataPack::valueSize;
 }
 
 /// The label of the package's descriptor, else that of the first track.
@@ -113,8 +139,9 @@ PassThroughSource::PassThroughSource(Reader2& reader, EssenceContainer container
       label_(labelOf(essence_.container())),
       packageRate_(essence_.container().editRate()),
       kagSize_(options.kagSize.value_or(gridOf(reader, essence_.container().bodySID))) {
-    if (isClip() && (options_.kagSize || !options_.tracks.empty()))
+    if (isClip() && (options_.kagSize || !options_.tracks.empty() || !options_.keepsSystemItem))
         throw Exceptions::InvalidStructure("A clip can only be handed out as it is");
+    findLostItems();
     findIndex();
     findRange();
     findStart();
@@ -287,6 +314,21 @@ PassThroughSourceOptions::TrackChange const* PassThroughSource::changeOf(Element
     return nullptr;
 }
 
+bool PassThroughSource::isLeftOut(ElementKey key) const {
+    auto const* const change = changeOf(key);
+    return (change != nullptr && change->newNumber == 0) || (key.isSystem() && !options_.keepsSystemItem);
+}
+
+/// The kinds of tracks of which none is left.
+void PassThroughSource::findLostItems() {
+    unsigned char lost = 0, kept = 0;
+    for (auto const& track : essence_.container().tracks) {
+        ElementKey const key(track.trackNumber);
+        (isLeftOut(key) ? lost : kept) |= packBit(key);
+    }
+    lostItems_ = static_cast<unsigned char>(lost & ~kept);
+}
+
 /// Fill belongs to what stands before it.
 void PassThroughSource::take(PacketHead const& head) {
     if (KLV::isFillItem(head.key)) {
@@ -298,8 +340,7 @@ void PassThroughSource::take(PacketHead const& head) {
     }
     bool const isContent = ElementKey::isContent(head.key);
     ElementKey const key(head.key);
-    auto const* const change = isContent ? changeOf(key) : nullptr;
-    leavesOut_ = change != nullptr && change->newNumber == 0;
+    leavesOut_ = isContent && isLeftOut(key);
     if (leavesOut_) {
         essence_.stream().seek(head.end());
         return;
@@ -322,12 +363,26 @@ void PassThroughSource::append(PacketHead const& head) {
         package_.append(DataIO::Slice::copyOf(key.rawBuffer(), KLV::Key::size()));
         stream.seek(head.streamOffset + KLV::Key::size());
         wanted -= KLV::Key::size();
+    } else if (lostItems_ != 0 && isSystemPack(head)) {
+        package_.append(changedPack(head));
+        wanted = 0;
     }
     if (stream.read(wanted, package_) != wanted)
         throw Exceptions::at(head.fileOffset, Exceptions::InvalidLength("The source ends amid an element"));
     if (options_.kagSize)
         if (auto const fill = Utils::alignBytes(*options_.kagSize, package_.size() - before, smallestFill))
             padding_.appendFillItem(package_, fill);
+}
+
+/// The system metadata pack without the items that are lost.
+DataIO::Slice PassThroughSource::changedPack(PacketHead const& head) {
+    DataIO::Chain pack;
+    if (essence_.stream().read(head.headLength + head.length, pack) != head.headLength + head.length)
+        throw Exceptions::at(head.fileOffset, Exceptions::InvalidLength("The source ends amid an element"));
+    std::vector<unsigned char> bytes(pack.size());
+    pack.copyTo(bytes.data(), bytes.size());
+    bytes[head.headLength] = static_cast<unsigned char>(bytes[head.headLength] & ~lostItems_);
+    return DataIO::Slice::adopt(std::move(bytes));
 }
 
 /// Up to the next part.

@@ -229,6 +229,9 @@ MXFIO::CreatorSettings GenericOPBuilder::prepare() {
             fail("A file package has no essence, which is to be in this file");
     state_->isPrepared = true;
     state_->playAllAtOnce();
+    if (itemsOf(state_->plans) != Items::Single)
+        state_->options.layout.interleaving =
+            MXFIO::CreatorSettings::Interleaving::None; // as they are played
     for (auto& plan : state_->plans)
         plan.makeTracks(*state_->metadata, state_->options.startTimecode, state_->options.timecodeRate);
     findPreface(*state_->metadata).operationalPattern(pattern());
