@@ -2,6 +2,8 @@
 // playlists, parts of them; system items; files that are cut off.
 #include "StrangeFile.h"
 
+#include "support/WaveBytes.h"
+
 #include "MXF/Zelm/GenericContainer/SystemMetadataPack.h"
 #include "MXF/Zelm/Metadata/Structural/Packages.h"
 
@@ -150,6 +152,27 @@ TEST(Rewrap, TellsOfWhatIsMissing) {
     }
     Rewrapped file(original);
     EXPECT_EQ(file.run({"rewrap", file.in(), "--range", "2:4"}).status, 0);
+}
+
+/// A clip has the length of the samples that are there whole.
+TEST(Rewrap, CutsAClipWhereItEnds) {
+    TemporaryFolder const folder;
+    auto const wave = folder.file("sound.wav"), clip = folder.file("clip.mxf"), cut = folder.file("cut.mxf"),
+               out = folder.file("out.mxf");
+    writeFile(wave, riff("RIFF", waveFormat(1, 48000, 16) + chunk("data", repeated(2000, 0x5A))));
+    ASSERT_EQ(runZelm({"wrap", wave, "--clip", "-o", clip}).status, 0);
+    auto bytes = readFile(clip);
+    auto const samples = repeated(2000, 0x5A);
+    auto const begin = std::search(bytes.begin(), bytes.end(), samples.begin(), samples.end());
+    ASSERT_NE(begin, bytes.end());
+    bytes.erase(begin + 1001, bytes.end());
+    writeFile(cut, bytes);
+    auto const run = runZelm({"rewrap", cut, "-o", out});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_NE(run.errors.find("after 500 of 1000 edit units"), std::string::npos) << run.errors;
+    EXPECT_EQ(runZelm({"index", out}).status, 0);
+    OpenFile after(readFile(out));
+    EXPECT_EQ(after.containers().front().tracks.front().duration, 500);
 }
 
 } // namespace MXF::Zelm::Test

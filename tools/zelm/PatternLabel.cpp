@@ -60,6 +60,10 @@ std::optional<std::int64_t> sourceLength(Metadata::PartitionMetadata const& meta
     return std::nullopt;
 }
 
+bool playsPackage(Structural::SourceClip const& clip) {
+    return clip.sourcePackageID() != nullptr && !clip.sourcePackageID()->isNull();
+}
+
 /// Of a single clip only its start counts: many writers make it a little shorter than its source.
 bool playsPart(Metadata::PartitionMetadata const& metadata, Structural::TimelineTrack const& track,
                Structural::SourceClip const& clip, bool isOnly) {
@@ -80,7 +84,7 @@ void takeMaterial(Metadata::PartitionMetadata const& metadata, Structural::Mater
         shape.mostClips = std::max(shape.mostClips, clips.size());
         for (auto const* const clip : clips)
             shape.hasParts = shape.hasParts || playsPart(metadata, *track, *clip, clips.size() == 1);
-        if (!clips.empty() && clips.front()->sourcePackageID() != nullptr)
+        if (!clips.empty() && playsPackage(*clips.front()))
             first.insert(*clips.front()->sourcePackageID());
     }
     shape.packagesAtOnce = std::max(shape.packagesAtOnce, first.size());
@@ -157,9 +161,10 @@ Types::UniversalLabel patternLabel(Metadata::PartitionMetadata const& metadata, 
     if (wanted != nullptr)
         requirePattern(*wanted, shape);
     KLV::Key const present(Structural::operationalPattern(metadata).rawBuffer());
-    bool const isAtom = wanted != nullptr ? wanted->items == atomItems : present[12] == atomItems;
+    bool const wasAtom = present[12] == atomItems;
+    bool const isAtom = wanted != nullptr ? wanted->items == atomItems : wasAtom && shape.filePackages <= 1;
     bool const isGeneralized = present[12] >= 1 && present[12] <= 3 && present[13] >= 1 && present[13] <= 3;
-    bool const isUnknown = wanted == nullptr && !isAtom && !isGeneralized;
+    bool const isUnknown = wanted == nullptr && !wasAtom && !isGeneralized;
     if (isUnknown || shape.materials == 0 || (isAtom && shape.filePackages != 1))
         return present;
     auto label = isAtom ? atomLabel(shape) : generalizedLabel(metadata, shape, isInterleaved);

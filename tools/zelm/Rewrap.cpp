@@ -3,6 +3,7 @@
 #include "CopiedTracks.h"
 #include "CopySource.h"
 #include "CopyTime.h"
+#include "Faults.h"
 #include "Likeness.h"
 #include "MetadataChoice.h"
 #include "PatternLabel.h"
@@ -249,9 +250,12 @@ Shortages Rewrap::shortages() const {
                                  " ends early, after " + std::to_string(there) + " of " +
                                  std::to_string(*copy.expected) + " edit units"});
     }
-    for (std::size_t i = 0; i < inputs_.size(); ++i)
+    for (std::size_t i = 0; i < inputs_.size(); ++i) {
         if (!isEnough && !haveFooter_[i])
             found.push_back({inputs_[i]->name, "the file ends early, without a footer partition"});
+        for (auto const& fault : sources_[i]->faults())
+            found.push_back({inputs_[i]->name, faultText(fault.message, fault.offset)});
+    }
     return found;
 }
 

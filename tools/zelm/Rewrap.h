@@ -33,7 +33,8 @@ struct RewrappedContainer {
     EditRate rate = {};
 };
 
-/// What a file lacks of what it says it has.
+/// What a file lacks of what it says it has, or what of its header metadata cannot be read and was kept as it
+/// is.
 struct Shortage {
     std::string file, what;
 };

@@ -128,7 +128,7 @@ private:
             reportFault(output_, "--track-label: there is no track " + label);
         Shortages const shortages = file.wasInterrupted() ? Shortages() : rewrap.shortages();
         if (!file.isStandardOutput())
-            report_.json ? printJson(rewrap, file, !shortages.empty()) : printText(rewrap, file);
+            report_.json ? printJson(rewrap, file, shortages) : printText(rewrap, file);
         if (file.wasInterrupted())
             reportFault(output_, file.wasDiscarded() ? "interrupted: removed"
                                                      : "interrupted: ends with what was written so far");
@@ -157,7 +157,7 @@ private:
                       << (container.tracks == 1 ? " track, " : " tracks, ") << unitsText(container) << "\n";
     }
 
-    void printJson(Rewrap const& rewrap, NewMxfFile const& file, bool endsEarly) const {
+    void printJson(Rewrap const& rewrap, NewMxfFile const& file, Shortages const& shortages) const {
         Json containers = Json::array();
         for (auto const& container : rewrap.containers())
             containers.push_back({{"body_sid", container.bodySID},
@@ -167,13 +167,16 @@ private:
                                   {"pre_charge", container.preCharge},
                                   {"edit_rate", std::to_string(container.rate.numerator) + "/" +
                                                     std::to_string(container.rate.denominator)}});
+        Json missing = Json::array();
+        for (auto const& shortage : shortages)
+            missing.push_back({{"file", shortage.file}, {"what", shortage.what}});
         Json report = jsonReport();
         report["file"] = output_;
         report["size"] = file.bytes();
         report["seconds"] = file.seconds();
         report["operational_pattern"] = toJson(rewrap.pattern().key());
         report["containers"] = containers;
-        report["ends_early"] = endsEarly;
+        report["missing"] = missing;
         report["interrupted"] = file.wasInterrupted();
         print(report);
     }
@@ -246,7 +249,7 @@ private:
         "  zelm rewrap clip.mxf -o picture.mxf --track v1 --pattern atom\n"
         "  zelm rewrap sound.mxf -o frames.mxf --frame --rate 25\n"
         "  zelm rewrap clip.mxf -o apart.mxf --pattern op1b --clip\n"
-        "\nExit status 1: the essence ends early; every whole edit unit that is there was written.";
+        "\nExit status 1: the essence ends early, or header metadata is damaged; what is whole was written.";
 
     std::string file_, range_;
 };
@@ -280,7 +283,7 @@ private:
         "\nExamples:\n"
         "  zelm join reel-1.mxf reel-2.mxf -o whole.mxf\n"
         "  zelm join --playlist leader.mxf programme.mxf -o show.mxf\n"
-        "\nExit status 1: essence ends early; every whole edit unit that is there was written.";
+        "\nExit status 1: essence ends early, or header metadata is damaged; what is whole was written.";
 
     std::vector<std::string> files_;
 };

@@ -210,7 +210,8 @@ void PassThroughSource::findStart() {
     essence_.stream().seek(*start);
 }
 
-/// What stands before the value is handed out as it is, but for the length of a part.
+/// What stands before the value is handed out as it is, but for the length of a part, or of a clip that is
+/// cut off.
 void PassThroughSource::openClip() {
     auto& stream = essence_.stream();
     auto const& tracks = essence_.container().tracks;
@@ -234,12 +235,17 @@ void PassThroughSource::openClip() {
     clipLength_ =
         std::make_shared<ClipLength>(value, static_cast<unsigned char>(head->headLength - KLV::Key::size()),
                                      std::min(head->length, clipBytes_));
-    if (!isClipPart_)
+    bool const isCutOff = head->length > clipBytes_;
+    if (isClipPart_)
+        clipBytes_ = std::min(clipBytes_, static_cast<std::uint64_t>(end_ - first_) * clipUnit_);
+    else if (isCutOff && clipUnit_ != 0)
+        clipBytes_ -= clipBytes_ % clipUnit_;
+    if (!isClipPart_ && !isCutOff)
         return;
-    clipBytes_ = std::min(clipBytes_, static_cast<std::uint64_t>(end_ - first_) * clipUnit_);
     clipLength_->length(clipBytes_);
     clipHead_ = clipLength_->applied(clipHead_);
-    stream.skip(static_cast<std::uint64_t>(first_) * clipUnit_);
+    if (isClipPart_)
+        stream.skip(static_cast<std::uint64_t>(first_) * clipUnit_);
 }
 
 bool PassThroughSource::isReorderedBy(IndexTableSegment const* segment) const {
