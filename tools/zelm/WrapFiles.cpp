@@ -242,6 +242,9 @@ private:
         result_.seconds = output.seconds();
         result_.interrupted = output.wasInterrupted();
         result_.discarded = output.wasDiscarded();
+        auto& notes = task_.plan.notes();
+        result_.notes.insert(result_.notes.end(), notes.begin(), notes.end());
+        notes.clear();
         if (!result_.interrupted)
             noteEnds(result_);
         if (task_.options.md5)

@@ -113,6 +113,7 @@ struct WrapPlan::Waiting {
 /// Inputs with a rate of their own are opened first: the others follow it.
 WrapPlan::Items WrapPlan::openInputs(WrapOptions const& options, SharedDictionary dictionary) {
     TrackMaking making{layout_, options.tracks, std::move(dictionary)};
+    notes_ = making.notes;
     Opened opened(options.inputs.size());
     std::vector<Waiting> waiting;
     for (std::size_t i = 0; i < options.inputs.size(); ++i) {

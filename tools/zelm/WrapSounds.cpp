@@ -82,8 +82,8 @@ private:
     void addTrack(OpenSound const& sound, std::shared_ptr<SilentTail> const& tail,
                   Templates::SharedPtr<DataIO::SliceSource> const& source, unsigned channels) {
         PCMOptions options;
-        bool const isRdd9 = making_.isPreset("rdd9");
-        options.mapping = isRdd9 ? PCMOptions::Mapping::AES3 : PCMOptions::Mapping::BroadcastWave;
+        bool const isAES3 = making_.isPreset("rdd9") || making_.options.aes3;
+        options.mapping = isAES3 ? PCMOptions::Mapping::AES3 : PCMOptions::Mapping::BroadcastWave;
         options.wrapping = making_.soundWrapping();
         options.editRate = making_.rate;
         options.hasConstantSize = making_.layout.preset() != nullptr &&

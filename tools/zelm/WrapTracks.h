@@ -8,6 +8,7 @@
 #include <MXF/Zelm/DataIO/Memory/MemoryBlockFactory.h>
 
 #include <deque>
+#include <set>
 #include <stdexcept>
 
 namespace Zelm {
@@ -39,6 +40,8 @@ struct TrackOptionsOfWrap {
     std::optional<unsigned> channels;              ///< of a track of sound; 0 for all of a file
     MXF::Zelm::Essence::Wave::WaveFormat pcm = {}; ///< of inputs that are samples and nothing else
     std::string as;                                ///< the name of the kind that all inputs are of
+    std::uint16_t program = 0;                     ///< of transport streams; 0 for the first one
+    bool aes3 = false;                             ///< sound is wrapped as AES3, with its channel status
 };
 
 /// What makers of tracks know and what they make.
@@ -56,6 +59,9 @@ struct TrackMaking {
 
     std::size_t sources = 0;
     std::shared_ptr<std::vector<std::string>> dataFiles = nullptr; ///< edit units of the data track
+
+    /// What a person should know; sources add to them while they are read.
+    std::shared_ptr<std::set<std::string>> notes = std::make_shared<std::set<std::string>>();
 
     bool isPreset(std::string_view name) const { return layout.isPreset(name); }
 
