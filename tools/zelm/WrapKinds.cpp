@@ -1,5 +1,6 @@
 #include "WrapKinds.h"
 
+#include "WrapAncillary.h"
 #include "WrapSounds.h"
 #include "WrapStreams.h"
 
@@ -159,6 +160,7 @@ constexpr InputKind inputKinds[] = {
     {"d10", "D-10 video", isD10, true, addD10},
     {"mpeg2", "MPEG-2 video", isVideo, true, addMpeg},
     {"302m", "SMPTE 302M sound", isS302M, false, nullptr, s302mStreams},
+    {"ancillary", "packets of VBI and ANC (JSON)", isAncillary, true, addAncillary},
     {"samples", "samples (--pcm)", isSamples, false, addSamples},
     {"data", "data (--as data)", nullptr, false, addData},
 };

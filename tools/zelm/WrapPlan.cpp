@@ -77,6 +77,9 @@ void endTogether(std::vector<WrapTrack*> const& item, WrapItem const& containers
     for (auto* const track : item)
         if (track->tail && track->tail != leader->tail)
             track->tail->extent(SilentTail::Extent::Endless);
+    for (auto* const track : item)
+        if (track->openEnd && track != leader)
+            track->openEnd->goOn();
     for (auto const& container : containers) {
         formGroup(container, leader);
         if (!holds(container, leader))

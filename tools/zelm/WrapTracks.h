@@ -18,6 +18,18 @@ struct CannotWrap : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// Data that can go on behind its end, without content.
+class OpenEnd {
+public:
+    virtual ~OpenEnd() = default;
+
+    /// To be called before anything is read.
+    virtual void goOn() = 0;
+
+    /// All of the content was read.
+    virtual bool isExhausted() const = 0;
+};
+
 struct WrapTrack {
     std::string name;    ///< "v1", "a2", "d1" within its file
     char kind = 'd';     ///< picture, sound or data: v, a, d
@@ -31,6 +43,8 @@ struct WrapTrack {
     std::shared_ptr<SilentTail> tail = nullptr;
     MXF::Zelm::Essence::Wave::WaveFormat format = {};    ///< the same, of the input
     std::optional<std::uint64_t> samples = std::nullopt; ///< of the input, if it tells
+
+    std::shared_ptr<OpenEnd> openEnd = nullptr; ///< of data that has one
 
     std::shared_ptr<void> keeps = nullptr; ///< what the analyzer reads from
 };
