@@ -118,6 +118,11 @@ TEST(WrapInputs, RefusesByName) {
     auto const noPackets = inputs.wrap({inputs.add("clip.302m", hex("0001 0000 00")), "--as", "302m"});
     EXPECT_EQ(noPackets.status, 2);
     EXPECT_NE(noPackets.errors.find("clip.302m: A AES packet"), std::string::npos) << noPackets.errors;
+    auto const tooFast = slice(waveFormat(0x4000, 0x7FFFFFFF, 16), 8, 16);
+    auto const huge = inputs.wrap(
+        {inputs.add("huge.avi", avi(streamList("auds", tooFast, 25, 0), chunk("00wb", Bytes(0x8000))))});
+    EXPECT_EQ(huge.status, 2);
+    EXPECT_NE(huge.errors.find("edit units of more than"), std::string::npos) << huge.errors;
     auto const bitmap = longs({40, 720, 576}) + hex("01 00 18 00") + ascii("MJPG") + Bytes(20);
     auto const done = inputs.wrap(
         {inputs.add("clip.avi", avi(streamList("vids", bitmap, 25, 0), chunk("00dc", repeated(40, 1))))});

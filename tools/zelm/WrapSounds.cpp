@@ -20,6 +20,9 @@ using GenericContainer::Wrapping;
 
 namespace {
 
+/// Of an edit unit, which is made in memory: no sound comes near this, what a broken file claims may.
+constexpr std::uint64_t mostUnitBytes = std::uint64_t{64} << 20;
+
 /// A sound, opened.
 struct OpenSound {
     Templates::SharedPtr<DataIO::SliceSource> samples;
@@ -75,6 +78,10 @@ private:
         std::optional<Utils::SampleCadence> cadence;
         if (making_.soundWrapping() == Wrapping::Frame)
             cadence.emplace(sound.format.samplingRate, making_.rate);
+        if (cadence && cadence->mostSamples() > mostUnitBytes / sound.format.blockAlign())
+            throw CannotWrap(head_.name + ": " + std::to_string(sound.format.channels) + " channels at " +
+                             std::to_string(sound.format.samplingRate) +
+                             " Hz make edit units of more than 64 MiB");
         return std::make_shared<SilentTail>(sound.samples, sound.format, cadence,
                                             SilentTail::Extent::LastUnit);
     }
