@@ -497,14 +497,21 @@ void PassThroughSource::finalize() {
     isFinalized_ = true;
 }
 
-/// A clip stays where it was in its container, and its index with it.
+/// A clip stays where it was in its container, and its index with it. Samples of one size get one if they
+/// have none.
 Templates::vector<PassThroughSource::SegmentPtr> PassThroughSource::takeIndexSegments() {
     if (builder_)
         return builder_->takeSegments();
     Templates::vector<SegmentPtr> segments;
-    if (isClipIndexGiven_ || table_ == nullptr || !isFinalized_)
+    bool const canTell = table_ != nullptr || (clipUnit_ != 0 && units() != 0);
+    if (isClipIndexGiven_ || !canTell || !isFinalized_)
         return segments;
     isClipIndexGiven_ = true;
+    if (table_ == nullptr) {
+        FrameIndexTableBuilder samples(packageRate_, {{clipUnit_, false, true}}, false, clipUnit_);
+        samples.finalize(units());
+        return samples.takeSegments();
+    }
     for (auto const& [start, segment] : *table_)
         segments.push_back(std::make_shared<IndexTableSegment>(*segment));
     if (isClipPart_ && segments.size() == 1) {
