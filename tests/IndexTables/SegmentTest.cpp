@@ -254,6 +254,26 @@ TEST(IndexTableSegment, WritesNothingThatCannotBeReadAgain) {
     EXPECT_THROW(written(shortField), Exceptions::InvalidElementLength);
 }
 
+TEST(IndexTableSegment, ReadsArraysThatAreLongerThanAnItemCanSay) {
+    Bytes entryBytes;
+    for (std::uint64_t i = 0; i < 6000; ++i)
+        entryBytes = std::move(entryBytes) + hex("00 00 80") + number(i);
+    auto const items = [&](std::uint32_t count, std::uint16_t length) {
+        return head + hex("3F 0A") + number(length) + number(count) + number(std::uint32_t{11}) + entryBytes;
+    };
+    constexpr std::uint16_t wrapped = (8 + 6000 * 11) & 0xFFFF;
+    for (auto const& rest : {Bytes(), byteCount + sids}) {
+        auto const segment = read(items(6000, wrapped) + rest);
+        ASSERT_EQ(segment.indexEntryCount(), 6000u);
+        EXPECT_EQ(segment.indexEntry(5999).streamOffset(), 5999u);
+        EXPECT_EQ(segment.editUnitByteCount() != nullptr, !rest.empty());
+    }
+    // What the set does not prove is as wrong as before.
+    for (auto const& bytes : {items(6000, wrapped + 1), items(6001, static_cast<std::uint16_t>(wrapped + 11)),
+                              items(6000, 7), items(0xFFFFFFFF, 0xFFFD)})
+        EXPECT_NE(readFault(bytes), "");
+}
+
 TEST(EntryArrays, HoldTheirLimits) {
     DeltaEntryArray delta;
     delta.append(DeltaEntry(-1, 0, 5));

@@ -56,6 +56,8 @@ TEST(Key, IsClassifiedByItsBytes) {
          "local set, default local set, descriptive, metadata set"},
         {"060E2B34.02130101.0D010401.FFFFFFFF"_key, "local set, descriptive, metadata set"},
         {"060E2B34.02530101.0D010201.01100100"_key, "local set, default local set, index segment"},
+        {"060E2B34.02530101.0D010201.01100000"_key, "local set, default local set, index segment"},
+        {"060E2B34.02530101.0D010201.01100200"_key, "local set, default local set"},
         {"060E2B34.02530101.0D010201.01100101"_key, "local set, default local set"},
         {"060E2B34.01010101.03010210.01000000"_key, "fill"},
         {"060E2B34.010101FF.03010210.01000000"_key, "fill"}, // any version

@@ -321,6 +321,80 @@ TEST(WalkedIndex, IsTheFilesOwnAndCanBeStopped) {
     EXPECT_EQ(constantTable->begin()->second->indexDuration().value(), 5000);
 }
 
+TEST(WalkedIndex, LearnsElementsAndPictures) {
+    // I0 P3 B1 B2, again and again, each with a header of its own before an I picture; sounds of one size.
+    Bytes const sequence = hex("000001B3 2D026023 7A1223D8  000001B5 185400010080  000001B8 00080040");
+    Bytes const heads[] = {sequence + hex("00000100 000FFFF8"), hex("00000100 00D7FFF8 80"),
+                           hex("00000100 005FFFF8 80"), hex("00000100 009FFFF8 80")};
+    Bytes body;
+    std::vector<std::uint64_t> starts, sounds;
+    for (std::size_t i = 0; i < 9000; ++i) {
+        starts.push_back(body.size());
+        Bytes unit =
+            klv(systemKey, repeated(8, 1)) +
+            klv(elementKey(pictureTrack), heads[i % 4] + hex("00000101") + repeated(i * 37 % 211, 0x55));
+        sounds.push_back(body.size() + unit.size());
+        unit = unit + klv(elementKey(soundTracks[0]), repeated(24, 2)) +
+               klv(elementKey(soundTracks[1]), repeated(4, 2));
+        body.insert(body.end(), unit.begin(), unit.end());
+    }
+    File open(makeFile({{.kind = PartitionPack::Header, .body = body, .bodySID = 1},
+                        {.kind = PartitionPack::Footer}})
+                  .bytes);
+    WalkedIndex index(open.essence.stream(), 0, 0, WalkedIndex::Learn::Pictures);
+    ASSERT_TRUE(index.walk());
+    EXPECT_TRUE(index.knowsElements() && index.knowsPictures());
+    EXPECT_EQ(index.unitsWithoutPicture(), 0u);
+    auto const table = index.table(2, {25, 1});
+    ASSERT_EQ(table->size(), 3u);
+    for (auto const& [start, segment] : *table) {
+        EXPECT_EQ(start % 4, 0) << "at a key frame";
+        EXPECT_LE(segment->indexEntryArray()->serializedSize(), 65535u);
+        EXPECT_EQ(segment->sliceCount()->value(), 1);
+        ASSERT_EQ(segment->deltaEntryCount(), 4u);
+        EXPECT_EQ(segment->deltaEntry(1), IndexTables::DeltaEntry(-1, 0, 28));
+        EXPECT_EQ(segment->deltaEntry(2), IndexTables::DeltaEntry(0, 1, 0));
+        EXPECT_EQ(segment->deltaEntry(3), IndexTables::DeltaEntry(0, 1, 44));
+    }
+    IndexTables::EditUnitLocator const locator(*table, {body.size()});
+    constexpr std::uint8_t flags[] = {0xC0, 0x22, 0x33, 0x33};
+    constexpr std::int64_t shown[] = {0, 3, 1, 2};
+    for (std::int64_t i = 0; i < 9000; ++i) {
+        auto const number = static_cast<std::size_t>(i);
+        ASSERT_EQ(locator.locate(i)->streamOffset, starts[number]);
+        ASSERT_EQ(locator.locateElement(i, 2)->streamOffset, sounds[number]);
+        ASSERT_EQ(locator.flags(i), flags[i % 4]);
+        ASSERT_EQ(locator.keyFrame(i), i / 4 * 4);
+        ASSERT_EQ(locator.displayPosition(i), i / 4 * 4 + shown[i % 4]);
+        ASSERT_EQ(locator.positionAt(starts[number] + i % 28), i);
+    }
+    EXPECT_EQ(locator.positionAt(body.size() - 1), 8999);
+    EXPECT_EQ(locator.positionAt(body.size()), std::nullopt);
+}
+
+TEST(WalkedIndex, TakesTheLastEditUnitBackWhenMoreOfItComes) {
+    Bytes body;
+    for (std::size_t i = 0; i < units; ++i)
+        body = body + contentPackage(i);
+    File open(makeFile({{.kind = PartitionPack::Header, .body = body, .bodySID = 1}}, {.randomIndex = false})
+                  .bytes);
+    WalkedIndex index(open.essence.stream(), 0, 0, WalkedIndex::Learn::Pictures);
+    ASSERT_TRUE(index.walk());
+    EXPECT_EQ(index.end(), std::int64_t{units});
+    open.source.append(contentPackage(units));
+    ASSERT_TRUE(open.essence.stream().refresh());
+    ASSERT_TRUE(index.walk());
+    EXPECT_EQ(index.end(), std::int64_t{units} + 1);
+    EXPECT_TRUE(index.knowsElements());
+    EXPECT_FALSE(index.knowsPictures()); // the pictures of these bodies are none
+    EXPECT_EQ(index.unitsWithoutPicture(), units + 1);
+    auto const table = index.table(2, {25, 1});
+    IndexTables::EditUnitLocator const locator(*table);
+    EXPECT_EQ(locator.locateElement(units, 2)->streamOffset,
+              body.size() + klv(systemKey, repeated(12, 0)).size() +
+                  klv(elementKey(pictureTrack), elementValue(units, pictureTrack)).size());
+}
+
 TEST(EssenceReader, FindsEditUnitsOfOneSizeWithoutAWalk) {
     Bytes body;
     for (std::uint64_t i = 0; i < 500; ++i)
@@ -340,6 +414,83 @@ TEST(EssenceReader, FindsEditUnitsOfOneSizeWithoutAWalk) {
     }
     EXPECT_EQ(open.essence.end(), 500);
     EXPECT_EQ(open.essence.seeker().walkedIndex().begin(), 499);
+}
+
+namespace {
+
+/// Counts the bytes that are read.
+class CountingSource : public GrowingSource {
+public:
+    using GrowingSource::GrowingSource;
+    std::uint64_t read(unsigned char* buffer, std::uint64_t size) override {
+        bytesRead += size;
+        return GrowingSource::read(buffer, size);
+    }
+    std::uint64_t bytesRead = 0;
+};
+
+/// Edit units of 1000 bytes without an index; `change` alters their bytes.
+Bytes constantFile(std::size_t count, std::function<void(Bytes&)> const& change = {}) {
+    Bytes body;
+    for (std::size_t i = 0; i < count; ++i) {
+        Bytes const unit =
+            klv(elementKey(pictureTrack), number(std::uint64_t{i}) + repeated(900, 1)) + fill(72);
+        body.insert(body.end(), unit.begin(), unit.end());
+    }
+    if (change)
+        change(body);
+    return makeFile(
+               {{.kind = PartitionPack::Header, .body = body, .bodySID = 1}, {.kind = PartitionPack::Footer}})
+        .bytes;
+}
+
+} // namespace
+
+TEST(EssenceReader, FindsEditUnitsOfOneSizeWithoutAnIndex) {
+    CountingSource source(constantFile(20000));
+    Reader2 reader(source, smallDictionary(), 65536);
+    EssenceReader essence(reader, {.bodySID = 1});
+    EssenceUnit unit;
+    ASSERT_TRUE(essence.read(19998, unit));
+    EXPECT_EQ(unit.streamOffset, 19998000u);
+    EXPECT_EQ(joined(unit.package.elements[0].data.part(0, 8)), number(std::uint64_t{19998}));
+    ASSERT_TRUE(essence.read(777, unit));
+    EXPECT_EQ(joined(unit.package.elements[0].data.part(0, 8)), number(std::uint64_t{777}));
+    EXPECT_EQ(essence.end(), 20000);
+    EXPECT_FALSE(essence.read(20000, unit));
+    EXPECT_LT(source.bytesRead, 2'000'000u);
+}
+
+TEST(EssenceReader, WalksWhereEditUnitsOnlySeemToHaveOneSize) {
+    auto const insertAt = [](Bytes& body, std::size_t unit, Bytes const& bytes) {
+        body.insert(body.begin() + static_cast<std::ptrdiff_t>(unit * 1000), bytes.begin(), bytes.end());
+    };
+    struct {
+        std::function<void(Bytes&)> change;
+        std::uint64_t atUnit700; // where it begins
+        std::int64_t end;
+    } const cases[] = {
+        {[&](Bytes& body) { insertAt(body, 300, fill(50)); }, 700050, 2000},    // all that follow are shifted
+        {[&](Bytes& body) { insertAt(body, 2000, essence(4)); }, 700000, 2001}, // a shorter one at the end
+        {[&](Bytes& body) { // the fill behind one is in front of it
+             std::rotate(body.begin() + 699928, body.begin() + 700928, body.begin() + 701000);
+             std::rotate(body.begin() + 699928, body.begin() + 700000, body.begin() + 701000);
+             insertAt(body, 700, fill(36));
+             body.erase(body.begin() + 700964, body.begin() + 701036);
+             insertAt(body, 701, {});
+             Bytes const rest = fill(36);
+             body.insert(body.begin() + 700964, rest.begin(), rest.end());
+         },
+         700036, 2000},
+    };
+    for (auto const& row : cases) {
+        File file(constantFile(2000, row.change));
+        EssenceUnit unit;
+        ASSERT_TRUE(file.essence.read(700, unit));
+        EXPECT_EQ(joined(unit.package.elements[0].data.part(0, 8)), number(std::uint64_t{700}));
+        EXPECT_EQ(unit.streamOffset, row.atUnit700);
+        EXPECT_EQ(file.essence.end(), row.end);
+    }
 }
 
 namespace {
@@ -434,6 +585,41 @@ TEST(EssenceReader, CutsClipsByTheirIndex) {
                       .essence.wrapping(),
                   Wrapping::Frame)
             << byteCount;
+}
+
+TEST(EssenceReader, ReadsClipsThatAreCutIntoPackets) {
+    Bytes const value = clipValue(1000);
+    Bytes bodies[3];
+    std::size_t const cuts[] = {0, 333, 334, 1000};
+    for (std::size_t i = 0; i < 3; ++i)
+        bodies[i] =
+            klv(elementKey(0x16010400), Bytes(value.begin() + static_cast<std::ptrdiff_t>(cuts[i]),
+                                              value.begin() + static_cast<std::ptrdiff_t>(cuts[i + 1])));
+    auto const bytes = [&](Bytes const& index) {
+        Part first{.kind = PartitionPack::Header, .index = index, .body = bodies[0], .bodySID = 1};
+        first.indexSID = index.empty() ? 0 : 2;
+        return makeFile({first,
+                         {.kind = PartitionPack::Body, .body = bodies[1], .bodySID = 1, .bodyOffset = 353},
+                         {.kind = PartitionPack::Body, .body = bodies[2], .bodySID = 1, .bodyOffset = 374},
+                         {.kind = PartitionPack::Footer}})
+            .bytes;
+    };
+    File sound(bytes({}), {}, clipContainer({2, {2500, 1}}, {25, 1}));
+    EXPECT_EQ(clipUnits(sound, value), (Sizes{200, 200, 200, 200, 200}));
+    File constant(bytes(written(*makeSegment({.byteCount = 300}))), {}, clipContainer({}, {25, 1}));
+    EXPECT_EQ(clipUnits(constant, value), (Sizes{300, 300, 300, 100}));
+    // Offsets in the stream: 313 bytes of the first packet, then its last 20 with the other packets' first
+    // ones.
+    auto const entries = entriesAt({20, 333, 404, 1000});
+    File variable(bytes(written(*makeSegment({.duration = 4, .entries = entries}))), {},
+                  clipContainer({}, {25, 1}));
+    EXPECT_EQ(clipUnits(variable, value), (Sizes{313, 31, 596, 60}));
+    auto container = clipContainer({}, {25, 1});
+    container.tracks[0].duration = 40;
+    File whole(bytes({}), {}, container);
+    EXPECT_EQ(clipUnits(whole, value), (Sizes{1000}));
+    container.tracks[0].duration = 3; // as many as packets: the label is wrong
+    EXPECT_EQ(File(bytes({}), {}, container).essence.wrapping(), Wrapping::Frame);
 }
 
 TEST(EssenceReader, GivesWhatThereIsOfAClip) {

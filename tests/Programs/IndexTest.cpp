@@ -1,6 +1,7 @@
 // zelm index: the tables of files from other programs, and of files whose one segment says what it should
 // not.
 #include "SmallFile.h"
+#include "support/MxfFile.h"
 #include "support/Program.h"
 
 #include "MXF/Zelm/ByteCoders/BigEndian.h"
@@ -118,6 +119,8 @@ TEST(Index, BearsAbsurdValues) {
                 auto const listed = Json::parse(index(file.bytes, {"--list", ":"}).output)["edit_units"];
                 EXPECT_EQ(listed.size(), Json::parse(run.output)["tables"][0]["edit_units"]);
                 EXPECT_LE(listed.size(), essenceBytes);
+                auto const rebuilt = index(file.bytes, {"--rebuild"});
+                EXPECT_TRUE(rebuilt.status == 0 || rebuilt.status == 1) << rebuilt.status << rebuilt.errors;
             }
     // No essence has this body SID: nothing to list, whatever the duration.
     Bytes items = constantRate(0, most, 1);
@@ -126,6 +129,58 @@ TEST(Index, BearsAbsurdValues) {
     EXPECT_EQ(index(SmallFile().bytes).status, 3); // the segment holds no items
     EXPECT_EQ(index({}).status, 3);
     EXPECT_EQ(runZelm({"index", "no-such-file.mxf"}).status, 4);
+}
+
+TEST(Index, RebuildsATableAndSaysHowTheFilesOwnDiffers) {
+    SmallFile const file; // of its segment nothing but the key is true: the fault is told
+    auto const edges = Json::parse(index(file.bytes, {"--rebuild", "--list", ":"}).output)["edit_units"];
+    ASSERT_FALSE(edges.empty());
+    std::int64_t const units = std::ssize(edges);
+
+    auto const run =
+        index(withSegment(oneEntry(edges[0]["stream_offset"].get<std::uint64_t>() + 5)).bytes, {"--rebuild"});
+    EXPECT_EQ(run.status, 1) << run.errors;
+    auto const table = Json::parse(run.output)["tables"][0];
+    EXPECT_EQ(table["edit_units"], units);
+    EXPECT_TRUE(table["segments"][0]["offset"].is_null());
+    auto const differences = table["comparison"]["differences"];
+    EXPECT_FALSE(table["comparison"]["equal"]);
+    ASSERT_EQ(differences.size(), units > 1 ? 2u : 1u) << differences;
+    EXPECT_EQ(differences.back()["kind"], "offsets");
+    EXPECT_EQ(differences.back()["first"][0],
+              Json::parse(R"({"edit_unit": 0, "own": "0x5", "rebuilt": "0x0"})"));
+
+    auto const surplus = index(withSegment(constantRate(std::int64_t{1} << 61, 3, 1)).bytes, {"--rebuild"});
+    EXPECT_EQ(surplus.status, 1) << surplus.errors;
+}
+
+TEST(Index, FindsTheEditUnitOfAByte) {
+    auto const file = withSegment(constantRate(0, 2, essenceBytes / 2));
+    auto const unitAt = [&](std::uint64_t offset) {
+        auto const run = index(file.bytes, {"--at-offset", std::to_string(offset)});
+        return run.status == 0 ? Json::parse(run.output)["edit_units"][0]["edit_unit"].get<int>() : -1;
+    };
+    EXPECT_EQ(unitAt(file.essence1), 0);
+    EXPECT_EQ(unitAt(file.essence1 + 354), 0);
+    EXPECT_EQ(unitAt(file.essence1 + 355), 1);
+    EXPECT_EQ(unitAt(file.body2 + packSize), 1);
+    EXPECT_EQ(unitAt(file.body2), -1);
+    EXPECT_EQ(unitAt(0), -1);
+    EXPECT_EQ(index(file.bytes, {"--at-offset", "0x"}).status, 2);
+}
+
+TEST(Index, FindsSegmentsAmidEssence) {
+    auto file = withSegment(constantRate(0, 2, 355));
+    auto const first = file.bytes.begin() + static_cast<long>(file.body1 + packSize);
+    Bytes const segment(first, first + segmentHead + segmentSize);
+    Bytes const body = essence(40) + segment; // as many bytes as the second body has
+    ASSERT_EQ(file.body2 + packSize + body.size(), file.footer);
+    std::copy(body.begin(), body.end(), file.bytes.begin() + static_cast<long>(file.body2 + packSize));
+    auto const tables = [&](std::vector<std::string> const& options) {
+        return Json::parse(index(file.bytes, options).output)["tables"].size();
+    };
+    EXPECT_EQ(tables({}), 1u);
+    EXPECT_EQ(tables({"--everywhere"}), 2u); // its partition has no index SID, and it none of its own
 }
 
 TEST(Index, FindsTimecodes) {

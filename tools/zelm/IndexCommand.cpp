@@ -4,6 +4,8 @@
 #include "MetadataChoice.h"
 #include "UnitRange.h"
 
+#include <algorithm>
+#include <charconv>
 #include <iostream>
 
 namespace Zelm {
@@ -11,6 +13,15 @@ namespace Zelm {
 using namespace MXF::Zelm;
 
 namespace {
+
+std::optional<std::uint64_t> parseOffset(std::string_view text) {
+    bool const isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
+    text.remove_prefix(isHexadecimal ? 2 : 0);
+    std::uint64_t offset = 0;
+    auto const end = text.data() + text.size();
+    auto const [stop, error] = std::from_chars(text.data(), end, offset, isHexadecimal ? 16 : 10);
+    return error == std::errc() && stop == end ? std::optional(offset) : std::nullopt;
+}
 
 class IndexCommand : public Command {
 public:
@@ -29,6 +40,15 @@ public:
                     return parseUnits(text) ? "" : "\"" + text + "\" is no range A:B of edit units";
                 });
         list->excludes(at);
+        parser
+            .add_option("--at-offset", offsetText_,
+                        "What holds a byte of the file: decimal, or hexadecimal after 0x")
+            ->type_name("BYTES")
+            ->check([](std::string const& text) {
+                return parseOffset(text) ? "" : "\"" + text + "\" is no number of bytes";
+            })
+            ->excludes(at)
+            ->excludes(list);
         parser.add_flag(
             "--display", display_,
             "The numbers of --at and --list count edit units in the order in which they are shown");
@@ -38,17 +58,30 @@ public:
         auto* const plot = parser.add_option("--plot", plot_, "Draw the bytes of the edit units, as SVG");
         plot->type_name("OUT.svg")->excludes(at)->excludes(list)->excludes(csv);
         parser.add_flag("--force", force_, "Replace OUT.svg if it is there")->needs(plot);
+        parser.add_flag("--everywhere", everywhere_,
+                        "Look for segments amid essence too: reads the keys of the whole file");
+        parser.add_flag(
+            "--rebuild", rebuild_,
+            "Make the tables anew by walking over the essence, and compare the file's own with them: "
+            "where edit units and their elements begin, and of MPEG video and AVC the flags, temporal "
+            "and key frame offsets. Sound in one clip is cut by the size of its samples, other clips "
+            "by the duration of the track. The other options then show the tables made anew");
         options_.declare(parser);
         plot->excludes("--json");
         csv->excludes("--json")->excludes(at);
-        parser.footer("\nExamples:\n"
-                      "  zelm index FILE                          the tables, and what does not agree\n"
-                      "  zelm index --at 250 FILE                 where edit unit 250 lies\n"
-                      "  zelm index --at 10:00:10:00 FILE         what is shown at that timecode\n"
-                      "  zelm index --list 0:25 --display FILE    the first 25 as they are shown\n"
-                      "  zelm index --list : --csv FILE           all of them, for a spreadsheet\n"
-                      "  zelm index --plot sizes.svg FILE         a picture of their sizes\n"
-                      "\nExit status 1: the tables disagree with the file.");
+        parser.footer(
+            "\nExamples:\n"
+            "  zelm index FILE                          the tables, and what does not agree\n"
+            "  zelm index --at 250 FILE                 where edit unit 250 lies\n"
+            "  zelm index --at 10:00:10:00 FILE         what is shown at that timecode\n"
+            "  zelm index --list 0:25 --display FILE    the first 25 as they are shown\n"
+            "  zelm index --list : --csv FILE           all of them, for a spreadsheet\n"
+            "  zelm index --plot sizes.svg FILE         a picture of their sizes\n"
+            "  zelm index --at-offset 0x1A400 FILE      which edit unit holds that byte of the file\n"
+            "  zelm index --rebuild FILE                the tables that the essence gives; is the "
+            "file's own the same?\n"
+            "\nExit status 1: the tables disagree with the file or, with --rebuild, differ from those "
+            "made anew.");
     }
 
     ExitStatus run() override {
@@ -58,11 +91,13 @@ public:
             reportFault(file_, "'" + at_ + "' is neither an edit unit nor a timecode");
             return WrongUse;
         }
+        if (!offsetText_.empty())
+            offset_ = parseOffset(offsetText_);
         Input input(file_, loadDictionary(options_.dictionaries));
-        auto survey = surveyIndex(input);
-        for (auto const& table : survey.tables)
-            if (table.fault && !survey.partitions.fault)
-                survey.faults.push_back(*table.fault);
+        MXFIO::Partition::MetadataPtr metadata;
+        auto const own = findTables(input, metadata);
+        RebuiltIndex const rebuilt = rebuild_ ? rebuildIndex(input, own, metadata) : RebuiltIndex();
+        IndexSurvey const& survey = rebuild_ ? rebuilt.survey : own;
         ExitStatus status = Done;
         if (!list_.empty())
             listUnits(file_, survey, *parseUnits(list_), display_, format());
@@ -70,31 +105,64 @@ public:
             status = plot(input, survey);
         else if (!at_.empty())
             status = showUnits(input, survey, number.value_or(0), isTimecode);
+        else if (offset_)
+            status = showUnitsAtOffset(survey);
         else
-            status = report(input, survey);
+            status = rebuild_ ? report(rebuilt) : report(input, own, metadata.get());
         for (auto const& fault : survey.faults)
             reportFault(file_, fault.message, fault.offset);
         return survey.faults.empty() ? status : NotMXF;
     }
 
 private:
+    using Queries = std::vector<std::optional<UnitQuery>>; // one for each table; none where it knows nothing
+
     IndexFormat format() const {
         return options_.json ? IndexFormat::AsJson : csv_ ? IndexFormat::AsCsv : IndexFormat::AsText;
     }
 
-    ExitStatus report(Input& input, IndexSurvey& survey) const {
-        MXFIO::Partition::MetadataPtr metadata;
+    /// The tables of the file, and its metadata, null when that cannot be read or is of no use.
+    IndexSurvey findTables(Input& input, MXFIO::Partition::MetadataPtr& metadata) const {
+        auto survey = surveyIndex(input, everywhere_);
+        bool const isWanted = rebuild_ || (list_.empty() && at_.empty() && !offset_);
         try {
-            if (!survey.partitions.partitions.empty())
+            if (isWanted && !survey.partitions.partitions.empty())
                 metadata = chooseFinal(input, false).partition->metadata();
         } catch (Exceptions::SystemError const&) {
             throw;
         } catch (Exceptions::BaseException const& failure) {
             survey.faults.push_back({failure.message(), failure.offset().value_or(0)});
         }
-        auto const disagreements = checkIndex(input, survey, metadata.get());
+        for (auto const& table : survey.tables)
+            if (table.fault && !survey.partitions.fault)
+                survey.faults.push_back(*table.fault);
+        return survey;
+    }
+
+    ExitStatus report(Input& input, IndexSurvey const& survey,
+                      Metadata::PartitionMetadata const* metadata) const {
+        auto const disagreements = checkIndex(input, survey, metadata);
         printIndexReport(file_, survey, disagreements, format());
         return disagreements.empty() ? Done : FoundSomething;
+    }
+
+    ExitStatus report(RebuiltIndex const& rebuilt) const {
+        printRebuiltReport(file_, rebuilt, format());
+        bool const differs = std::any_of(
+            rebuilt.comparisons.begin(), rebuilt.comparisons.end(),
+            [](IndexComparison const& comparison) { return comparison.hasOwn && !comparison.isEqual(); });
+        return differs ? FoundSomething : Done;
+    }
+
+    /// What holds byte `offset_` of the file.
+    ExitStatus showUnitsAtOffset(IndexSurvey const& survey) const {
+        Queries queries;
+        for (auto const& table : survey.tables)
+            queries.push_back(unitAtFileOffset(table, *offset_));
+        bool const found = options_.json ? printJson(survey, queries) : printText(survey, queries);
+        if (!found)
+            reportFault(file_, "no edit unit of an index table holds that byte", *offset_);
+        return found ? Done : WrongUse;
     }
 
     /// A timecode says what is shown: it counts in display order in any case.
@@ -102,13 +170,13 @@ private:
                          bool isTimecode) const {
         if (survey.partitions.partitions.empty())
             return NotMXF;
-        std::vector<UnitQuery> queries;
+        Queries queries;
         try {
             auto const info = isTimecode ? gatherInfo(input) : FileInfo();
             for (auto const& table : survey.tables)
                 queries.push_back(
-                    {isTimecode ? UnitTimecodes(info, table.table->editRate()).unitAt(at_) : number,
-                     display_ || isTimecode});
+                    UnitQuery{isTimecode ? UnitTimecodes(info, table.table->editRate()).unitAt(at_) : number,
+                              display_ || isTimecode});
         } catch (Exceptions::SystemError const&) {
             throw;
         } catch (Exceptions::BaseException const& failure) {
@@ -122,21 +190,24 @@ private:
         return found ? Done : WrongUse;
     }
 
-    bool printText(IndexSurvey const& survey, std::vector<UnitQuery> const& queries) const {
+    bool printText(IndexSurvey const& survey, Queries const& queries) const {
         bool found = false;
         for (std::size_t i = 0; i < queries.size(); ++i) {
+            if (!queries[i])
+                continue;
             std::cout << (found ? "\n" : "");
-            found = printUnitText(survey.tables[i], queries[i]) || found;
+            found = printUnitText(survey.tables[i], *queries[i]) || found;
         }
         return found;
     }
 
-    bool printJson(IndexSurvey const& survey, std::vector<UnitQuery> const& queries) const {
+    bool printJson(IndexSurvey const& survey, Queries const& queries) const {
         Json answer = jsonReport();
         answer["file"] = file_;
         answer["edit_units"] = Json::array();
         for (std::size_t i = 0; i < queries.size(); ++i)
-            if (Json unit = unitJson(survey.tables[i], queries[i]); !unit.is_null())
+            if (Json unit = queries[i] ? unitJson(survey.tables[i], *queries[i]) : Json(nullptr);
+                !unit.is_null())
                 answer["edit_units"].push_back(std::move(unit));
         print(answer);
         return !answer["edit_units"].empty();
@@ -152,10 +223,13 @@ private:
         return Done;
     }
 
-    std::string file_, at_, list_, plot_;
+    std::string file_, at_, list_, plot_, offsetText_;
+    std::optional<std::uint64_t> offset_;
     bool force_ = false;
     bool display_ = false;
     bool csv_ = false;
+    bool everywhere_ = false;
+    bool rebuild_ = false;
     ReportOptions options_;
 };
 

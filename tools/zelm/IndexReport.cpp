@@ -90,8 +90,8 @@ Json segmentJson(FoundTable const& table, FoundSegment const& segment) {
             {"delta_entries", segment.deltaEntries},
             {"slice_count", segment.sliceCount},
             {"pos_table_count", segment.posTableCount},
-            {"offset", segment.offset},
-            {"partition", segment.partition},
+            {"offset", table.isRebuilt ? Json(nullptr) : Json(segment.offset)},
+            {"partition", table.isRebuilt ? Json(nullptr) : Json(segment.partition)},
             {"repeat_of", std::move(repeatOf)}};
 }
 
@@ -111,6 +111,13 @@ Json tableJson(FoundTable const& table) {
             {"segments", std::move(segments)}};
 }
 
+Json faultsJson(IndexSurvey const& survey) {
+    Json faults = Json::array();
+    for (auto const& fault : survey.faults)
+        faults.push_back(toJson(std::optional(fault)));
+    return faults;
+}
+
 void printJson(std::string const& file, IndexSurvey const& survey,
                std::vector<IndexDisagreement> const& disagreements) {
     Json report = jsonReport();
@@ -124,9 +131,7 @@ void printJson(std::string const& file, IndexSurvey const& survey,
                                            {"body_sid", orNull(bodySID)},
                                            {"offset", orNull(offset)},
                                            {"message", message}});
-    report["faults"] = Json::array();
-    for (auto const& fault : survey.faults)
-        report["faults"].push_back(toJson(std::optional(fault)));
+    report["faults"] = faultsJson(survey);
     print(report);
 }
 
@@ -160,8 +165,9 @@ void printSegments(FoundTable const& table) {
                 {"repeat of", right}});
     for (std::size_t i = 0; i < table.segments.size(); ++i) {
         auto const& segment = table.segments[i];
-        rows.add({std::to_string(i), hex(segment.offset), std::to_string(segment.partition),
-                  std::to_string(segment.start), std::to_string(segment.duration),
+        rows.add({std::to_string(i), table.isRebuilt ? "-" : hex(segment.offset),
+                  table.isRebuilt ? "-" : std::to_string(segment.partition), std::to_string(segment.start),
+                  std::to_string(segment.duration),
                   segment.editUnitByteCount != 0 ? grouped(segment.editUnitByteCount) : "vary",
                   grouped(segment.entries), grouped(segment.deltaEntries),
                   std::to_string(segment.sliceCount + 1),
@@ -174,7 +180,8 @@ void printTable(FoundTable const& table) {
     EditRate const rate = table.table->editRate();
     std::uint64_t const covered = coveredCount(table);
     auto const bytes = constantBytes(table);
-    std::cout << "index table           " << table.name() << "\nedit rate             " << rateText(rate);
+    std::cout << "index table           " << table.name() << (table.isRebuilt ? ", rebuilt" : "")
+              << "\nedit rate             " << rateText(rate);
     if (rate.denominator != 0 && rate.denominator != 1)
         std::cout << " (" << rationalText(rate) << ")";
     std::cout << "\nbytes of edit units   " << (bytes ? "constant, " + grouped(*bytes) : "variable")
@@ -205,6 +212,77 @@ void printText(IndexSurvey const& survey, std::vector<IndexDisagreement> const& 
         std::cout << "! " << (offset ? "segment at " + hex(*offset) + ": " : "") << message << "\n";
 }
 
+Json differenceJson(IndexDifference const& difference) {
+    Json first = Json::array();
+    for (auto const& [position, own, rebuilt] : difference.first)
+        first.push_back({{"edit_unit", position}, {"own", own}, {"rebuilt", rebuilt}});
+    return {{"kind", difference.kind}, {"count", difference.count}, {"first", std::move(first)}};
+}
+
+/// Null when the file has no table to compare.
+Json comparisonJson(IndexComparison const& comparison) {
+    if (!comparison.hasOwn)
+        return nullptr;
+    Json differences = Json::array();
+    for (auto const& difference : comparison.differences)
+        differences.push_back(differenceJson(difference));
+    return {{"equal", comparison.isEqual()},
+            {"edit_units", comparison.units},
+            {"differences", std::move(differences)},
+            {"notes", comparison.notes}};
+}
+
+void printRebuiltJson(std::string const& file, RebuiltIndex const& rebuilt) {
+    Json report = jsonReport();
+    report["file"] = file;
+    report["rebuilt"] = true;
+    report["tables"] = Json::array();
+    for (std::size_t i = 0; i < rebuilt.survey.tables.size(); ++i) {
+        report["tables"].push_back(tableJson(rebuilt.survey.tables[i]));
+        report["tables"].back()["comparison"] = comparisonJson(rebuilt.comparisons[i]);
+    }
+    report["notes"] = rebuilt.notes;
+    report["faults"] = faultsJson(rebuilt.survey);
+    print(report);
+}
+
+void printDifference(IndexDifference const& difference) {
+    std::cout << "! " << difference.kind << ": " << grouped(difference.count)
+              << (difference.count == 1 ? " differs" : " differ") << "\n";
+    for (auto const& [position, own, rebuilt] : difference.first)
+        std::cout << "    edit unit " << position << ": " << own << ", rebuilt " << rebuilt << "\n";
+    if (difference.count > difference.first.size())
+        std::cout << "    and " << grouped(difference.count - difference.first.size()) << " more\n";
+}
+
+void printComparison(IndexComparison const& comparison) {
+    std::cout << "\n";
+    if (!comparison.hasOwn)
+        std::cout << "the file has no index table of this essence\n";
+    else if (comparison.isEqual())
+        std::cout << "the file's own index table says the same of " << grouped(comparison.units)
+                  << (comparison.units == 1 ? " edit unit\n" : " edit units\n");
+    else
+        std::cout << "the file's own index table differs\n";
+    for (auto const& difference : comparison.differences)
+        printDifference(difference);
+    for (auto const& note : comparison.notes)
+        std::cout << "  " << note << "\n";
+}
+
+void printRebuiltText(RebuiltIndex const& rebuilt) {
+    for (std::size_t i = 0; i < rebuilt.survey.tables.size(); ++i) {
+        std::cout << (i == 0 ? "" : "\n");
+        printTable(rebuilt.survey.tables[i]);
+        printComparison(rebuilt.comparisons[i]);
+    }
+    if (rebuilt.survey.tables.empty() && rebuilt.notes.empty() &&
+        !rebuilt.survey.partitions.partitions.empty())
+        std::cout << "no essence\n";
+    for (auto const& note : rebuilt.notes)
+        std::cout << note << "\n";
+}
+
 } // namespace
 
 void printIndexReport(std::string const& file, IndexSurvey const& survey,
@@ -215,6 +293,15 @@ void printIndexReport(std::string const& file, IndexSurvey const& survey,
         printCsv(survey);
     else
         printText(survey, disagreements);
+}
+
+void printRebuiltReport(std::string const& file, RebuiltIndex const& rebuilt, IndexFormat format) {
+    if (format == IndexFormat::AsJson)
+        printRebuiltJson(file, rebuilt);
+    else if (format == IndexFormat::AsCsv)
+        printCsv(rebuilt.survey);
+    else
+        printRebuiltText(rebuilt);
 }
 
 } // namespace Zelm

@@ -50,9 +50,81 @@ FoundSegment describe(IndexTableSegment const& segment, std::uint32_t packIndexS
     return found;
 }
 
+/// An essence element that is longer than an edit unit holds several: a clip. Edit units then count from its
+/// value.
+void takeClip(Input& input, FoundTable& table, std::uint32_t byteCount) {
+    if (!table.essenceBytes)
+        return;
+    auto const extent = table.map->find(0);
+    KlvWalk::Packet packet;
+    if (!extent || !KlvWalk(input, extent->fileOffset).next(packet) || packet.length < byteCount)
+        return;
+    table.clipStart = packet.valueOffset() - packet.offset;
+    table.clipEnd = table.clipStart + packet.present;
+}
+
+void takeEssence(Input& input, FoundTable& table) {
+    auto const bodySID = table.table->bodySID();
+    try {
+        auto map = std::make_unique<MXFIO::PartitionMap>(input.reader, bodySID);
+        if (bodySID != 0 && map->streamLength() != 0)
+            table.essenceBytes = map->streamLength();
+        table.map = std::move(map);
+    } catch (Exceptions::SystemError const&) {
+        throw;
+    } catch (Exceptions::BaseException const& failure) {
+        table.fault = {failure.message(), failure.offset().value_or(0)};
+    }
+    for (auto const& segment : table.segments)
+        if (table.clipStart == 0 && segment.editUnitByteCount != 0 && segment.entries == 0) {
+            takeClip(input, table, segment.editUnitByteCount);
+            break;
+        }
+}
+
+/// Behind the last edit unit from `first` to before `last` that the locator finds: at a constant rate it
+/// finds all until the essence ends.
+std::int64_t lastLocated(IndexTables::EditUnitLocator const& locator, std::int64_t first, std::int64_t last) {
+    while (first < last) {
+        auto const middle = first + static_cast<std::int64_t>(UnitRange{first, last}.count() / 2);
+        if (locator.locate(middle))
+            first = middle + 1;
+        else
+            last = middle;
+    }
+    return first;
+}
+
+/// What one segment serves.
+UnitRange reach(FoundTable const& table, FoundTable::Locator const& locator,
+                IndexTableSegment const& segment) {
+    std::int64_t const start = segment.indexStartPosition(), duration = segment.indexDuration();
+    std::int64_t const end =
+        duration > 0 ? behind(start, static_cast<std::uint64_t>(duration)) : lastPosition;
+    std::int64_t const entriesEnd = std::min(end, behind(start, segment.indexEntryCount()));
+    bool const isConstant = segment.editUnitByteCount() != nullptr && *segment.editUnitByteCount() != 0;
+    // Without essence in the file there is nothing to be found at a constant rate, and no end to it.
+    if (!isConstant || !table.essenceBytes || (duration <= 0 && segment.indexEntryCount() != 0))
+        return {start, entriesEnd};
+    return {start, lastLocated(locator, entriesEnd, end)};
+}
+
+void findCovered(FoundTable& table) {
+    FoundTable::Locator const locator(*table.table, table.extent());
+    for (auto const& [start, segment] : *table.table) {
+        auto const range = reach(table, locator, *segment);
+        if (range.last <= range.first)
+            continue;
+        if (!table.covered.empty() && range.first <= table.covered.back().last)
+            table.covered.back().last = std::max(table.covered.back().last, range.last);
+        else
+            table.covered.push_back(range);
+    }
+}
+
 class IndexSurveyor {
 public:
-    explicit IndexSurveyor(Input& input) : input_(input) {}
+    IndexSurveyor(Input& input, bool everywhere) : input_(input), everywhere_(everywhere) {}
 
     IndexSurvey survey() {
         survey_.partitions = PartitionSurveyor(input_, false).survey();
@@ -61,7 +133,7 @@ public:
         if (survey_.partitions.fault)
             survey_.faults.push_back(*survey_.partitions.fault);
         for (auto& [sids, table] : tables_) {
-            takeEssence(table, sids.second);
+            takeEssence(input_, table);
             findCovered(table);
             survey_.tables.push_back(std::move(table));
         }
@@ -72,11 +144,9 @@ private:
     void walk(std::size_t number);
     void read(KlvWalk::Packet const& packet, std::size_t number);
     void keep(std::unique_ptr<IndexTableSegment> segment, FoundSegment found);
-    void takeEssence(FoundTable& table, std::uint32_t bodySID);
-    void takeClip(FoundTable& table, std::uint32_t byteCount);
-    void findCovered(FoundTable& table) const;
 
     Input& input_;
+    bool everywhere_;
     IndexSurvey survey_;
     std::map<std::pair<std::uint32_t, std::uint32_t>, FoundTable> tables_;
     std::map<std::tuple<std::uint32_t, std::uint32_t, std::int64_t, std::int64_t>, std::size_t> firsts_;
@@ -85,7 +155,8 @@ private:
 /// Byte counts that are too small are passed over: segments that follow the area belong to it.
 void IndexSurveyor::walk(std::size_t number) {
     auto const& partition = survey_.partitions.partitions[number];
-    std::uint64_t const declaredEnd = std::min(partition.end, partition.partition->bodyAbsoluteOffset());
+    std::uint64_t const declaredEnd =
+        everywhere_ ? partition.end : std::min(partition.end, partition.partition->bodyAbsoluteOffset());
     KlvWalk walk(input_, partition.partition->indexTableAbsoluteOffset());
     KlvWalk::Packet packet;
     while (walk.offset() < partition.end && walk.next(packet)) {
@@ -138,77 +209,6 @@ void IndexSurveyor::keep(std::unique_ptr<IndexTableSegment> segment, FoundSegmen
     table.segments.push_back(found);
 }
 
-void IndexSurveyor::takeEssence(FoundTable& table, std::uint32_t bodySID) {
-    try {
-        auto map = std::make_unique<MXFIO::PartitionMap>(input_.reader, bodySID);
-        if (bodySID != 0 && map->streamLength() != 0)
-            table.essenceBytes = map->streamLength();
-        table.map = std::move(map);
-    } catch (Exceptions::SystemError const&) {
-        throw;
-    } catch (Exceptions::BaseException const& failure) {
-        table.fault = {failure.message(), failure.offset().value_or(0)};
-    }
-    for (auto const& segment : table.segments)
-        if (segment.editUnitByteCount != 0 && segment.entries == 0) {
-            takeClip(table, segment.editUnitByteCount);
-            break;
-        }
-}
-
-/// An essence element that is longer than an edit unit holds several: a clip. Edit units then count from its
-/// value.
-void IndexSurveyor::takeClip(FoundTable& table, std::uint32_t byteCount) {
-    if (!table.essenceBytes)
-        return;
-    auto const extent = table.map->find(0);
-    KlvWalk::Packet packet;
-    if (!extent || !KlvWalk(input_, extent->fileOffset).next(packet) || packet.length < byteCount)
-        return;
-    table.clipStart = packet.valueOffset() - packet.offset;
-    table.clipEnd = table.clipStart + packet.present;
-}
-
-/// Behind the last edit unit from `first` to before `last` that the locator finds: at a constant rate it
-/// finds all until the essence ends.
-std::int64_t lastLocated(IndexTables::EditUnitLocator const& locator, std::int64_t first, std::int64_t last) {
-    while (first < last) {
-        auto const middle = first + static_cast<std::int64_t>(UnitRange{first, last}.count() / 2);
-        if (locator.locate(middle))
-            first = middle + 1;
-        else
-            last = middle;
-    }
-    return first;
-}
-
-/// What one segment serves.
-UnitRange reach(FoundTable const& table, FoundTable::Locator const& locator,
-                IndexTableSegment const& segment) {
-    std::int64_t const start = segment.indexStartPosition(), duration = segment.indexDuration();
-    std::int64_t const end =
-        duration > 0 ? behind(start, static_cast<std::uint64_t>(duration)) : lastPosition;
-    std::int64_t const entriesEnd = std::min(end, behind(start, segment.indexEntryCount()));
-    bool const isConstant = segment.editUnitByteCount() != nullptr && *segment.editUnitByteCount() != 0;
-    // Without essence in the file there is nothing to be found at a constant rate, and no end to it.
-    if (!isConstant || !table.essenceBytes || (duration <= 0 && segment.indexEntryCount() != 0))
-        return {start, entriesEnd};
-    return {start, lastLocated(locator, entriesEnd, end)};
-}
-
-void IndexSurveyor::findCovered(FoundTable& table) const {
-    FoundTable::Locator const locator(*table.table, table.extent());
-    for (auto const& [start, segment] : *table.table) {
-        auto const range = reach(table, locator, *segment);
-        if (range.last <= range.first)
-            continue;
-        if (!table.covered.empty() && range.first <= table.covered.back().last)
-            table.covered.back().last = std::max(table.covered.back().last, range.last);
-        else
-            table.covered.push_back(range);
-    }
-}
-
 } // namespace
 
 std::vector<UnitRange> FoundTable::gaps() const {
@@ -226,6 +226,15 @@ std::string FoundTable::name() const {
     return "IndexSID " + std::to_string(table->indexSID()) + ", BodySID " + std::to_string(table->bodySID());
 }
 
-IndexSurvey surveyIndex(Input& input) { return IndexSurveyor(input).survey(); }
+IndexSurvey surveyIndex(Input& input, bool everywhere) { return IndexSurveyor(input, everywhere).survey(); }
+
+void completeTable(Input& input, FoundTable& table) {
+    for (auto const& [start, segment] : *table.table) {
+        table.segments.push_back(describe(*segment, table.table->indexSID()));
+        table.segments.back().segment = segment.get();
+    }
+    takeEssence(input, table);
+    findCovered(table);
+}
 
 } // namespace Zelm

@@ -38,6 +38,7 @@ struct FoundTable {
 
     std::unique_ptr<MXF::Zelm::IndexTables::IndexTable> table;
     std::vector<FoundSegment> segments; ///< in the order of the file
+    bool isRebuilt = false;             ///< made by a walk: its segments stand nowhere in the file
 
     std::unique_ptr<MXF::Zelm::MXFIO::PartitionMap> map; ///< null when the partitions cannot be read
     std::optional<std::uint64_t> essenceBytes;           ///< none when the file has no such essence
@@ -68,8 +69,12 @@ struct IndexSurvey {
     std::vector<Fault> faults;      ///< segments that cannot be read, and what stopped the search
 };
 
-/// Reads all segments that stand in the index area of a partition or follow it. Throws
+/// Reads all segments that stand in the index area of a partition or follow it, and with `everywhere` those
+/// amid essence too, for which all keys of the file are read. Throws Exceptions::SystemError.
+IndexSurvey surveyIndex(Input& input, bool everywhere);
+
+/// Fills in what follows from the segments of a table that is not in the file, and from the essence. Throws
 /// Exceptions::SystemError.
-IndexSurvey surveyIndex(Input& input);
+void completeTable(Input& input, FoundTable& table);
 
 } // namespace Zelm

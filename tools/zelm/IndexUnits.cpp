@@ -197,6 +197,14 @@ private:
 
 } // namespace
 
+std::optional<UnitQuery> unitAtFileOffset(FoundTable const& table, std::uint64_t fileOffset) {
+    auto const streamOffset = table.map ? table.map->streamOffset(fileOffset) : std::nullopt;
+    if (!streamOffset)
+        return std::nullopt;
+    auto const position = FoundTable::Locator(*table.table, table.extent()).positionAt(*streamOffset);
+    return position ? std::optional(UnitQuery{*position, false}) : std::nullopt;
+}
+
 bool printUnitText(FoundTable const& table, UnitQuery const& query) {
     UnitFinder const finder(table);
     auto const unit = finder.find(query);

@@ -82,6 +82,11 @@ public:
     /// Where edit unit `position` stands.
     std::optional<EditUnitLocation> locate(std::int64_t position) const;
 
+    /// The edit unit that byte `streamOffset` of the container belongs to; of an edit unit whose length is
+    /// not known all that follows it does. Where offsets do not rise with the positions, an edit unit may be
+    /// missed. Takes linear time in the number of segments, logarithmic in that of their entries.
+    std::optional<std::int64_t> positionAt(std::uint64_t streamOffset) const;
+
     /// Where element `element` of edit unit `position` stands, counted from 0 in the order in which elements
     /// are stored. Where the segment has no delta entries, element 0 is the whole edit unit.
     std::optional<ElementLocation> locateElement(std::int64_t position, std::size_t element) const;

@@ -65,11 +65,12 @@ public:
 
     /// Reads a segment. The counts of slices and position tables may stand behind the index entry array, and
     /// any property may be missing: it then has the value that it has in an empty segment. An array without
-    /// entries may give them any size. `listener` is told of later changes; null for none, not owned. Throws
-    /// Exceptions::InvalidKey with "Trying to load a Index Segment with an invalid key",
-    /// Exceptions::InvalidIndexSegment with "Invalid MXF Index Segment set (local tag should be 2 bytes and
-    /// length field 2 bytes.)", and Exceptions::InvalidLength, with the bytes at fault, where an item does
-    /// not have the size of its type or an array that of its entries.
+    /// entries may give them any size; one that is longer than an item's length can say is read where that
+    /// has the low 16 bits of the true length and the set has as many bytes. `listener` is told of later
+    /// changes; null for none, not owned. Throws Exceptions::InvalidKey with "Trying to load a Index Segment
+    /// with an invalid key", Exceptions::InvalidIndexSegment with "Invalid MXF Index Segment set (local tag
+    /// should be 2 bytes and length field 2 bytes.)", and Exceptions::InvalidLength, with the bytes at fault,
+    /// where an item does not have the size of its type or an array that of its entries.
     IndexTableSegment(KLV::Packet& packet, IndexTableSegmentListener* listener);
 
     /// The copy has no listener.
@@ -173,6 +174,8 @@ public:
 private:
     struct State;
     void readItem(KLV::Value& value);
+    void readValue(Types::LocalTag const& tag, KLV::Value& item);
+    void readLongArray(Types::LocalTag const& tag, std::uint16_t declared, KLV::Value& set);
     void settleEntries();
     void requireCounts(std::size_t sliceOffsets, std::size_t posTables) const;
     void changed();

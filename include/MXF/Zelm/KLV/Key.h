@@ -130,8 +130,12 @@ inline bool isMetadataSet(Key const& key) {
     return isStructuralMetadataSet(key) || isDescriptiveMetadataSet(key);
 }
 
-/// An index table segment; all 16 bytes count.
-inline bool isIndexTableKlvSegment(Key const& key) { return Detail::holds(key, INDEXTABLE_SEGMENT_KEY); }
+/// An index table segment: all 16 bytes count, but byte 14, counted from 0, is 00 in the files of some
+/// writers.
+inline bool isIndexTableKlvSegment(Key const& key) {
+    return std::memcmp(key.rawBuffer(), INDEXTABLE_SEGMENT_KEY, 14) == 0 &&
+           key[14] <= INDEXTABLE_SEGMENT_KEY[14] && key[15] == INDEXTABLE_SEGMENT_KEY[15];
+}
 
 /// A fill item of any registry version (byte 7 does not count).
 inline bool isFillItem(Key const& key) {

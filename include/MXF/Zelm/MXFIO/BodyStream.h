@@ -48,6 +48,9 @@ public:
     /// Bytes of the stream.
     std::uint64_t length() const;
 
+    /// True when the file has all bytes from the first to the last.
+    bool isContiguous() const;
+
     /// True when nothing follows the stream in the file: the file may be cut off there, or still be written.
     bool isOpenEnded() const { return openEnded_; }
 

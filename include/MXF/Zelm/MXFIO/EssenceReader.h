@@ -16,6 +16,7 @@
 
 namespace MXF::Zelm::MXFIO {
 
+struct ClipPackets;
 class ClipUnits;
 
 class MXFZELM_EXPORT EssenceReader : public Platform::Allocated {
@@ -87,8 +88,11 @@ private:
     bool isPackageStart(std::uint64_t streamOffset);
     bool isWholeAtEnd();
     GenericContainer::PackageBoundary const& firstPackage();
+    bool isClipInParts(PacketHead const& first, PacketHead const& second);
     GenericContainer::Wrapping wrappingByBody();
     bool readClip(std::int64_t position, EssenceUnit& unit);
+    GenericContainer::Element readPart(ClipUnits const& clip, std::int64_t position);
+    Templates::vector<ClipPackets> clipPackets();
     Templates::vector<ClipUnits> const& clips();
     EssenceTrack const* mainTrack() const;
     Templates::Rational<int> editRate() const;

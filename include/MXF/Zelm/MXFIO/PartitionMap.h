@@ -46,6 +46,9 @@ public:
     /// does not have it.
     std::optional<FileExtent> find(std::uint64_t streamOffset) const;
 
+    /// Where byte `fileOffset` of the source stands in the container; absent when it is none of its bytes.
+    std::optional<std::uint64_t> streamOffset(std::uint64_t fileOffset) const;
+
     /// The `length` bytes from `streamOffset` on, in order: more than one piece where they go over the end of
     /// a partition. What the file does not have is left out at the end.
     Templates::vector<FileExtent> extents(std::uint64_t streamOffset, std::uint64_t length) const;

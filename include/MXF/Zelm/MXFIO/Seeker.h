@@ -8,7 +8,8 @@
 namespace MXF::Zelm::MXFIO {
 
 /// Gathers the index table when it is asked for the first time, and walks only where the table does not
-/// reach.
+/// reach. Without one it walks over the first edit units alone where all seem to have their size: some places
+/// all over the stream are looked at, and the rest is arithmetic.
 class MXFZELM_EXPORT Seeker : public Platform::Allocated {
 public:
     /// `reader` and `stream` are not owned and must outlive the seeker, which moves them.
@@ -33,10 +34,13 @@ public:
     /// Its table, null likewise.
     IndexTables::IndexTable const* table();
 
-    /// What the walk found behind the index.
+    /// What the walk found behind the index, or behind what arithmetic tells.
     WalkedIndex const& walkedIndex();
 
-    /// Uses the file's index no more: it leads where no edit unit begins.
+    /// Whether edit units are found by an index or by arithmetic, which may lead astray.
+    bool isUnproven() { return index() != nullptr || unitSize_ != 0; }
+
+    /// Uses the file's index and arithmetic no more: it leads where no edit unit begins.
     void rejectIndex();
 
     /// To be called when the stream has grown.
@@ -44,6 +48,7 @@ public:
 
 private:
     void gather();
+    void tryConstant(std::int64_t position);
     WalkedIndex& walked();
     std::int64_t lastIndexed();
 
@@ -55,6 +60,8 @@ private:
     std::optional<IndexTables::EditUnitLocator> index_;
     std::optional<std::int64_t> lastIndexed_;
     Templates::auto_ptr<WalkedIndex> walked_;
+    bool triedConstant_ = false;
+    std::uint64_t unitSize_ = 0; // of the edit units before the walk; 0 when they are not known to have one
 };
 
 } // namespace MXF::Zelm::MXFIO

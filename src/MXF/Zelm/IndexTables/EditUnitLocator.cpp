@@ -76,6 +76,23 @@ struct Span {
         return add(entries->streamOffset(last), multiply(relative - last, byteCount));
     }
 
+    /// The last edit unit that begins at `streamOffset` or before it, counted from the start; entries are
+    /// taken to stand in the order of their offsets.
+    std::optional<std::uint64_t> lastBefore(std::uint64_t streamOffset) const {
+        std::uint64_t low = 0, high = distance(start, end);
+        if (byteCount == 0)
+            high = std::min(high, entryCount());
+        while (low < high) {
+            std::uint64_t const middle = low + (high - low) / 2;
+            auto const begins = offset(middle);
+            if (begins && *begins <= streamOffset)
+                low = middle + 1;
+            else
+                high = middle;
+        }
+        return low != 0 ? std::optional(low - 1) : std::nullopt;
+    }
+
     /// Where it ends, as far as this segment tells.
     Offset endOffset(std::uint64_t relative) const {
         if (entryCount() > 1 && relative < entryCount() - 1)
@@ -200,6 +217,24 @@ std::optional<EditUnitLocation> EditUnitLocator::locate(std::int64_t position) c
         return std::nullopt;
     return EditUnitLocation{position, *offset, state_->lengthOf(*span, position, *offset), span->segment,
                             span->entry(relative)};
+}
+
+std::optional<std::int64_t> EditUnitLocator::positionAt(std::uint64_t streamOffset) const {
+    std::optional<EditUnitLocation> nearest;
+    for (Span const& span : state_->spans) {
+        auto const relative = span.lastBefore(streamOffset);
+        if (!relative)
+            continue;
+        auto const position = static_cast<std::int64_t>(static_cast<std::uint64_t>(span.start) + *relative);
+        auto const found = locate(position);
+        if (found && found->segment == span.segment &&
+            (!found->length || streamOffset - found->streamOffset < *found->length) &&
+            (!nearest || found->streamOffset > nearest->streamOffset))
+            nearest = found;
+    }
+    if (!nearest || state_->isBeyondEssence(streamOffset))
+        return std::nullopt;
+    return nearest->position;
 }
 
 /// Where an element begins by its delta entry, the slice offsets of the edit unit counted in.

@@ -1,6 +1,7 @@
 #include "MXF/Zelm/IndexTables/IndexTableSegment.h"
 
 #include "MXF/Zelm/ByteCoders/BER.h"
+#include "MXF/Zelm/ByteCoders/BigEndian.h"
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/IndexTables/IndexTableLocalTag.h"
 #include "MXF/Zelm/Templates/SafeCast.h"
@@ -17,6 +18,8 @@ namespace {
 using Tag = IndexTableLocalTag;
 
 constexpr std::uint64_t itemHeaderSize = 4; // tag and length
+constexpr std::uint64_t mostItemBytes = std::numeric_limits<std::uint16_t>::max();
+constexpr std::uint64_t arrayHeadSize = 8; // number and size of entries
 constexpr KLV::Key writtenKey{KLV::INDEXTABLE_SEGMENT_KEY};
 
 /// Byte 5 of the key, the coding of the set; what else it may say has a message of its own.
@@ -58,6 +61,37 @@ void read(KLV::Value& item, std::optional<T>& property) {
 }
 
 void read(KLV::Value& item, std::optional<DeltaEntryArray>& property) { property = DeltaEntryArray(item); }
+
+/// A source of which some bytes were read to look at them: gives them again, then the rest.
+class LookedInto : public DataIO::DataSource {
+public:
+    LookedInto(DataIO::DataSource& source, const unsigned char* bytes, std::uint64_t size)
+        : source_(source), bytes_(bytes), left_(size) {}
+
+    std::uint64_t absoluteOffset() const override { return source_.absoluteOffset() - left_; }
+    bool endOfStream() const override { return left_ == 0 && source_.endOfStream(); }
+    std::uint64_t read(unsigned char* buffer, std::uint64_t size) override {
+        std::uint64_t const again = std::min(size, left_);
+        std::copy_n(bytes_, static_cast<std::size_t>(again), buffer);
+        pass(again);
+        return again + (size > again ? source_.read(buffer + again, size - again) : 0);
+    }
+    std::uint64_t skip(std::uint64_t size) override {
+        std::uint64_t const again = std::min(size, left_);
+        pass(again);
+        return again + (size > again ? source_.skip(size - again) : 0);
+    }
+
+private:
+    void pass(std::uint64_t size) {
+        bytes_ += size;
+        left_ -= size;
+    }
+
+    DataIO::DataSource& source_;
+    const unsigned char* bytes_;
+    std::uint64_t left_;
+};
 
 /// Writes properties as items one after the other, or adds up what that would write.
 class ItemWriter {
@@ -199,16 +233,37 @@ void IndexTableSegment::readItem(KLV::Value& value) {
         read(value, length);
         if (length.value() > value.remaining())
             throw Exceptions::InvalidLength(shortItem, value.readRemaining());
+        bool const isArray = tag == Tag::indexEntryArray() || tag == Tag::deltaEntryArray();
+        if (isArray && value.remaining() > mostItemBytes)
+            return readLongArray(tag, length.value(), value);
         KLV::Value item(value, length.value());
-        state_->readItem(tag, item);
-        if (item.remaining() != 0)
-            throw Exceptions::InvalidLength(
-                "Invalid data size in Local Value. Value still contains data to be read.",
-                item.readRemaining());
+        readValue(tag, item);
     } catch (Exceptions::BaseException& failure) {
         failure.offset(offset);
         throw;
     }
+}
+
+void IndexTableSegment::readValue(Types::LocalTag const& tag, KLV::Value& item) {
+    state_->readItem(tag, item);
+    if (item.remaining() != 0)
+        throw Exceptions::InvalidLength(
+            "Invalid data size in Local Value. Value still contains data to be read.", item.readRemaining());
+}
+
+/// An array where the set has more bytes than an item can have. Some writers put arrays into one segment that
+/// are longer than an item's length can say, which then has the low 16 bits alone: number and size of the
+/// entries tell the length, if the set has as many bytes.
+void IndexTableSegment::readLongArray(Types::LocalTag const& tag, std::uint16_t declared, KLV::Value& set) {
+    unsigned char head[arrayHeadSize];
+    set.readValue(head, arrayHeadSize);
+    std::uint64_t const entries = std::uint64_t{ByteCoders::decodeInteger<std::uint32_t>(head)} *
+                                  ByteCoders::decodeInteger<std::uint32_t>(head + 4);
+    bool const isWrapped = entries + arrayHeadSize > mostItemBytes && entries <= set.remaining() &&
+                           static_cast<std::uint16_t>(entries + arrayHeadSize) == declared;
+    LookedInto source(set, head, arrayHeadSize);
+    KLV::Value item(source, isWrapped ? entries + arrayHeadSize : declared);
+    readValue(tag, item);
 }
 
 void IndexTableSegment::settleEntries() {

@@ -66,6 +66,16 @@ std::uint64_t BodyStream::length() const {
     return pieces_.empty() ? 0 : pieces_.back().streamOffset + pieces_.back().length;
 }
 
+bool BodyStream::isContiguous() const {
+    std::uint64_t end = 0;
+    for (auto const& piece : pieces_) {
+        if (piece.streamOffset != end)
+            return false;
+        end += piece.length;
+    }
+    return true;
+}
+
 bool BodyStream::refresh() {
     std::uint64_t const before = length();
     map();

@@ -73,21 +73,26 @@ std::uint64_t SampleGrid::unitsIn(std::uint64_t length, bool wholeOnly) const {
     return wholeOnly || offset(units) >= length ? units : units + 1;
 }
 
-ClipUnits::ClipUnits(PacketHead const& element, std::uint64_t streamEnd, bool openEnded,
-                     EssenceTrack const* track, IndexTables::IndexTable const* table,
+void ClipPackets::add(PacketHead const& head, std::uint64_t streamEnd, bool openEnded) {
+    if (values.empty())
+        first = head;
+    std::uint64_t const offset = head.streamOffset + head.headLength;
+    values.push_back({offset, std::min(head.length, streamEnd - offset)});
+    isCut = openEnded && values.back().length < head.length;
+}
+
+ClipUnits::ClipUnits(ClipPackets packets, EssenceTrack const* track, IndexTables::IndexTable const* table,
                      IndexTables::EditUnitLocator const* index, Templates::Rational<int> editRate)
-    : element_(element),
-      valueOffset_(element.streamOffset + element.headLength),
-      length_(std::min(element.length, streamEnd - valueOffset_)),
-      isCut_(openEnded && length_ < element.length),
-      index_(index) {
+    : packets_(std::move(packets)), index_(index) {
+    for (auto const& value : packets_.values)
+        length_ = addOffsets(length_, value.length);
     chooseGrid(track, table, editRate);
     if (grid_.isKnown()) {
         index_ = nullptr;
-        count_ = static_cast<std::int64_t>(grid_.unitsIn(length_, isCut_) & (largest >> 1));
+        count_ = static_cast<std::int64_t>(grid_.unitsIn(length_, packets_.isCut) & (largest >> 1));
     } else if (!useIndex()) {
         index_ = nullptr;
-        count_ = isCut_ ? 0 : 1;
+        count_ = packets_.isCut ? 0 : 1;
     }
 }
 
@@ -111,8 +116,8 @@ bool ClipUnits::useIndex() {
     auto const first = index_->locate(0);
     if (!first)
         return false;
-    if (first->streamOffset < valueOffset_)
-        indexShift_ = valueOffset_ - first->streamOffset;
+    if (first->streamOffset < packets_.values.front().offset)
+        indexShift_ = packets_.values.front().offset - first->streamOffset;
     std::int64_t low = 0;
     std::int64_t high = index_->end().value_or(0);
     while (high - low > 0) {
@@ -130,26 +135,56 @@ std::optional<StreamRange> ClipUnits::indexed(std::int64_t position) const {
     auto const location = index_->locate(position);
     if (!location)
         return std::nullopt;
-    std::uint64_t const end = valueOffset_ + length_;
     std::uint64_t const offset = addOffsets(location->streamOffset, indexShift_);
-    if (offset < valueOffset_ || offset >= end)
+    if (offset < packets_.values.front().offset || offset >= end())
         return std::nullopt;
-    std::uint64_t const unitEnd = location->length ? addOffsets(offset, *location->length) : end;
-    if (isCut_ && unitEnd >= end)
+    std::uint64_t const unitEnd = location->length ? addOffsets(offset, *location->length) : end();
+    if (packets_.isCut && unitEnd >= end())
         return std::nullopt;
-    return StreamRange{offset, std::min(unitEnd, end) - offset};
+    return StreamRange{offset, std::min(unitEnd, end()) - offset};
 }
 
-std::optional<StreamRange> ClipUnits::range(std::int64_t position) const {
+/// The bytes of values in a part of the stream.
+std::vector<StreamRange> ClipUnits::valuesIn(StreamRange const& range) const {
+    std::vector<StreamRange> found;
+    std::uint64_t const to = range.offset + range.length;
+    auto value = std::upper_bound(
+        packets_.values.begin(), packets_.values.end(), range.offset,
+        [](std::uint64_t offset, StreamRange const& one) { return offset < one.offset + one.length; });
+    for (; value != packets_.values.end() && value->offset < to; ++value) {
+        std::uint64_t const from = std::max(range.offset, value->offset);
+        found.push_back({from, std::min(to, value->offset + value->length) - from});
+    }
+    return found;
+}
+
+/// `length` bytes of the values, from byte `offset` of all of them on.
+std::vector<StreamRange> ClipUnits::bytes(std::uint64_t offset, std::uint64_t length) const {
+    std::vector<StreamRange> found;
+    for (auto const& value : packets_.values) {
+        std::uint64_t const taken = std::min(length, value.length - std::min(value.length, offset));
+        if (taken != 0)
+            found.push_back({value.offset + offset, taken});
+        offset -= std::min(offset, value.length);
+        length -= taken;
+        if (length == 0)
+            break;
+    }
+    return found;
+}
+
+std::vector<StreamRange> ClipUnits::ranges(std::int64_t position) const {
     if (position < 0 || position >= count_)
-        return std::nullopt;
-    if (index_ != nullptr)
-        return indexed(position);
+        return {};
+    if (index_ != nullptr) {
+        auto const range = indexed(position);
+        return range ? valuesIn(*range) : std::vector<StreamRange>();
+    }
     if (!grid_.isKnown())
-        return StreamRange{valueOffset_, length_};
+        return packets_.values;
     std::uint64_t const offset = grid_.offset(static_cast<std::uint64_t>(position));
     std::uint64_t const end = std::min(grid_.offset(static_cast<std::uint64_t>(position) + 1), length_);
-    return StreamRange{valueOffset_ + offset, end - offset};
+    return bytes(offset, end - offset);
 }
 
 } // namespace MXF::Zelm::MXFIO

@@ -5,6 +5,8 @@
 #include "MXF/Zelm/MXFIO/BodyStream.h"
 #include "MXF/Zelm/MXFIO/EssenceContainer.h"
 
+#include <vector>
+
 namespace MXF::Zelm::MXFIO {
 
 /// Edit units of a whole number of samples, each as near to the ideal time as can be: at 48000 Hz and
@@ -41,33 +43,45 @@ struct StreamRange {
     std::uint64_t length = 0;
 };
 
+/// The packets of a clip: usually one, in files that put the clip in several partitions one for each.
+struct ClipPackets {
+    PacketHead first = {};
+    std::vector<StreamRange> values = {}; // as far as they are there
+    bool isCut = false;                   // the last one, at the end of an open-ended stream
+
+    /// The next packet of a stream that ends at `streamEnd`.
+    void add(PacketHead const& head, std::uint64_t streamEnd, bool openEnded);
+};
+
 /// One element that holds all edit units of its track.
 class ClipUnits {
 public:
     /// `track` is null when the metadata knows none with the element's number. `index` is null when there is
     /// none; not owned. An edit rate that is not known is the track's.
-    ClipUnits(PacketHead const& element, std::uint64_t streamEnd, bool openEnded, EssenceTrack const* track,
-              IndexTables::IndexTable const* table, IndexTables::EditUnitLocator const* index,
-              Templates::Rational<int> editRate);
+    ClipUnits(ClipPackets packets, EssenceTrack const* track, IndexTables::IndexTable const* table,
+              IndexTables::EditUnitLocator const* index, Templates::Rational<int> editRate);
 
-    PacketHead const& element() const { return element_; }
+    /// The first packet.
+    PacketHead const& element() const { return packets_.first; }
 
     /// Edit units that are whole.
     std::int64_t count() const { return count_; }
 
-    /// Where edit unit `position`, below `count()`, stands; absent when the index does not say.
-    std::optional<StreamRange> range(std::int64_t position) const;
+    /// Where edit unit `position`, below `count()`, stands: more than one range where it goes over the end of
+    /// a packet; none when the index does not say.
+    std::vector<StreamRange> ranges(std::int64_t position) const;
 
 private:
     void chooseGrid(EssenceTrack const* track, IndexTables::IndexTable const* table,
                     Templates::Rational<int> editRate);
     bool useIndex();
     std::optional<StreamRange> indexed(std::int64_t position) const;
+    std::vector<StreamRange> valuesIn(StreamRange const& range) const;
+    std::vector<StreamRange> bytes(std::uint64_t offset, std::uint64_t length) const;
+    std::uint64_t end() const { return packets_.values.back().offset + packets_.values.back().length; }
 
-    PacketHead element_;
-    std::uint64_t valueOffset_;
-    std::uint64_t length_; // of the value, as much as there is
-    bool isCut_;
+    ClipPackets packets_;
+    std::uint64_t length_ = 0; // of all values, as much as there is
     SampleGrid grid_;
     IndexTables::EditUnitLocator const* index_;
     std::uint64_t indexShift_ = 0; // from the index's offsets to those of the stream

@@ -95,7 +95,7 @@ bool EssenceReader::readFrame(std::int64_t position, EssenceUnit& unit) {
     if (position == followingPosition_)
         return readPackage(position, followingOffset_, unit);
     auto offset = seeker_.find(position);
-    if (offset && *offset != 0 && seeker_.index() != nullptr && !isPackageStart(*offset)) {
+    if (offset && *offset != 0 && seeker_.isUnproven() && !isPackageStart(*offset)) {
         seeker_.rejectIndex();
         offset = seeker_.find(position);
     }
@@ -192,6 +192,25 @@ Wrapping EssenceReader::wrapping() {
     return found;
 }
 
+/// Whether the first element of a body, which comes again at `second`, holds more than one edit unit, by what
+/// else is known: the index, the size of samples, or the number of edit units.
+bool EssenceReader::isClipInParts(PacketHead const& first, PacketHead const& second) {
+    if (auto const* const index = seeker_.index())
+        if (auto const unit = index->locate(1))
+            return unit->streamOffset < second.streamOffset;
+    auto const* const track = container_.trackByNumber(ElementKey(second.key).trackNumber());
+    if (track == nullptr)
+        return false;
+    if (SampleGrid const grid(track->samples, track->editRate); grid.isKnown())
+        return first.length > grid.offset(1) + track->samples.bytes; // a cadence has a sample more or less
+    constexpr std::int64_t mostParts = 1000;
+    std::int64_t parts = 1;
+    stream_.seek(second.streamOffset);
+    for (auto head = stream_.nextCutPacket(); head && parts <= mostParts; head = stream_.nextCutPacket())
+        parts += ElementKey(head->key).isSameElement(ElementKey(second.key)) ? 1 : 0;
+    return parts <= mostParts && parts < track->duration;
+}
+
 /// What the label says, unless the body shows that it cannot be: the first element of a clip comes again, or
 /// the only element of edit units holds more than one of them. Without a label a body of one element, as far
 /// as there is one, is a clip.
@@ -202,13 +221,17 @@ Wrapping EssenceReader::wrappingByBody() {
     if (byLabel == Wrapping::Frame)
         return isOneLongElement(stream_, seeker_) ? Wrapping::Clip : Wrapping::Frame;
     PackageBoundary body;
+    PacketHead first;
     bool isCut = false;
     stream_.seek(0);
     for (auto head = stream_.nextCutPacket(); head && !isCut; head = stream_.nextCutPacket()) {
         if (!ElementKey::isContent(head->key))
             continue;
         if (body.startsNext(ElementKey(head->key)))
-            return wrapping_ = Wrapping::Frame;
+            return wrapping_ = byLabel == Wrapping::Clip && isClipInParts(first, *head) ? Wrapping::Clip
+                                                                                        : Wrapping::Frame;
+        if (body.empty())
+            first = *head;
         body.add(ElementKey(head->key));
         isCut = head->length > stream_.length() - head->streamOffset;
     }
@@ -219,46 +242,68 @@ Wrapping EssenceReader::wrappingByBody() {
 
 // Clip wrapped.
 
-/// The elements that are read, each a clip.
-Templates::vector<ClipUnits> const& EssenceReader::clips() {
-    if (clipsFound_)
-        return clips_;
-    auto const isKnown = [this](KLV::Key const& key) {
-        return std::any_of(clips_.begin(), clips_.end(),
-                           [&](ClipUnits const& clip) { return clip.element().key == key; });
-    };
-    auto const* const table = seeker_.table();
-    auto const* const index = seeker_.index();
+/// The packets of the elements that are read, each a clip.
+Templates::vector<ClipPackets> EssenceReader::clipPackets() {
+    Templates::vector<ClipPackets> found;
     stream_.seek(0);
     while (auto const head = stream_.nextCutPacket()) {
         ElementKey const key(head->key);
-        if (ElementKey::isContent(head->key) && !key.isSystem() && options_.isSelected(key) &&
-            !isKnown(head->key))
-            clips_.emplace_back(*head, stream_.length(), stream_.isOpenEnded(),
-                                container_.trackByNumber(key.trackNumber()), table, index, options_.editRate);
-        if (clips_.size() == mostClips || head->length > stream_.length() - head->streamOffset)
+        if (ElementKey::isContent(head->key) && !key.isSystem() && options_.isSelected(key)) {
+            auto known = std::find_if(found.begin(), found.end(), [&](ClipPackets const& packets) {
+                return ElementKey(packets.first.key).isSameElement(key);
+            });
+            if (known == found.end() && found.size() < mostClips)
+                known = found.emplace(known);
+            if (known != found.end())
+                known->add(*head, stream_.length(), stream_.isOpenEnded());
+        }
+        if (head->length > stream_.length() - head->streamOffset)
             break;
+    }
+    return found;
+}
+
+Templates::vector<ClipUnits> const& EssenceReader::clips() {
+    if (clipsFound_)
+        return clips_;
+    auto const* const table = seeker_.table();
+    auto const* const index = seeker_.index();
+    for (auto& packets : clipPackets()) {
+        auto const* const track = container_.trackByNumber(ElementKey(packets.first.key).trackNumber());
+        clips_.emplace_back(std::move(packets), track, table, index, options_.editRate);
     }
     clipsFound_ = !clips_.empty();
     return clips_;
 }
 
+/// Its offset is where it begins, also where it goes on in another packet.
+GenericContainer::Element EssenceReader::readPart(ClipUnits const& clip, std::int64_t position) {
+    GenericContainer::Element part;
+    part.key = clip.element().key;
+    auto const ranges = clip.ranges(position);
+    if (!ranges.empty())
+        part.offset = stream_.fileOffset(ranges.front().offset).value_or(0);
+    for (auto const& range : ranges)
+        part.length += range.length;
+    if (part.length <= options_.largestElement)
+        for (auto const& range : ranges)
+            takeData(range.offset, range.length, part.data);
+    return part;
+}
+
 bool EssenceReader::readClip(std::int64_t position, EssenceUnit& unit) {
     unit.package.clear();
-    for (auto const& clip : clips())
-        if (auto const range = clip.range(position)) {
-            GenericContainer::Element part;
-            part.key = clip.element().key;
-            part.offset = stream_.fileOffset(range->offset).value_or(0);
-            part.length = range->length;
-            takeData(range->offset, range->length, part.data);
-            if (unit.package.empty()) {
-                unit.streamOffset = range->offset;
-                unit.package.offset = part.offset;
-            }
-            unit.package.length += part.length;
-            unit.package.elements.push_back(std::move(part));
+    for (auto const& clip : clips()) {
+        auto part = readPart(clip, position);
+        if (part.length == 0)
+            continue;
+        if (unit.package.empty()) {
+            unit.streamOffset = clip.ranges(position).front().offset;
+            unit.package.offset = part.offset;
         }
+        unit.package.length += part.length;
+        unit.package.elements.push_back(std::move(part));
+    }
     return !unit.package.empty();
 }
 

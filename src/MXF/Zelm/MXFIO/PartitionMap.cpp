@@ -66,6 +66,18 @@ std::optional<FileExtent> PartitionMap::find(std::uint64_t streamOffset) const {
     return FileExtent{piece.extent.partition, piece.extent.fileOffset + passed, piece.extent.length - passed};
 }
 
+/// Pieces stand in the file in the order of the stream, as partitions do.
+std::optional<std::uint64_t> PartitionMap::streamOffset(std::uint64_t fileOffset) const {
+    auto const after = std::upper_bound(
+        pieces_.begin(), pieces_.end(), fileOffset,
+        [](std::uint64_t offset, Piece const& piece) { return offset < piece.extent.fileOffset; });
+    if (after == pieces_.begin())
+        return std::nullopt;
+    Piece const& piece = *std::prev(after);
+    std::uint64_t const passed = fileOffset - piece.extent.fileOffset;
+    return passed < piece.extent.length ? std::optional(piece.streamOffset + passed) : std::nullopt;
+}
+
 Templates::vector<FileExtent> PartitionMap::extents(std::uint64_t streamOffset, std::uint64_t length) const {
     Templates::vector<FileExtent> found;
     while (length != 0) {

@@ -1,8 +1,18 @@
 #include "MXF/Zelm/MXFIO/Seeker.h"
 
+#include "MXF/Zelm/MXFIO/ConstantUnits.h"
 #include "MXF/Zelm/MXFIO/IndexTableGatherer.h"
 
+#include <limits>
+
 namespace MXF::Zelm::MXFIO {
+
+namespace {
+
+/// Edit units that are walked over in any case, before others are taken to have their size.
+constexpr std::int64_t unitsWalked = 64;
+
+} // namespace
 
 Seeker::Seeker(Reader2& reader, BodyStream& stream) : reader_(reader), stream_(stream) {}
 
@@ -34,6 +44,8 @@ void Seeker::rejectIndex() {
     table_.reset();
     lastIndexed_.reset();
     walked_.reset();
+    triedConstant_ = true;
+    unitSize_ = 0;
 }
 
 void Seeker::refresh() {
@@ -74,6 +86,23 @@ WalkedIndex& Seeker::walked() {
 
 WalkedIndex const& Seeker::walkedIndex() { return walked(); }
 
+/// Takes the first edit units for all of them, where nothing speaks against it.
+void Seeker::tryConstant(std::int64_t position) {
+    if (triedConstant_ || position < unitsWalked || lastIndexed() >= 0)
+        return;
+    triedConstant_ = true;
+    walked().walkTo(unitsWalked - 1, progress_);
+    auto const size = walked().constantSize();
+    if (!size || walked().isComplete() || walked().end() < unitsWalked)
+        return;
+    std::uint64_t const units = constantUnits(stream_, *size);
+    if (units <= static_cast<std::uint64_t>(unitsWalked))
+        return;
+    unitSize_ = *size;
+    walked_ =
+        std::make_unique<WalkedIndex>(stream_, static_cast<std::int64_t>(units - 1), (units - 1) * *size);
+}
+
 std::optional<std::uint64_t> Seeker::find(std::int64_t position) {
     if (position < 0)
         return std::nullopt;
@@ -82,13 +111,18 @@ std::optional<std::uint64_t> Seeker::find(std::int64_t position) {
     if (index() != nullptr)
         if (auto const location = index_->locate(position))
             return location->streamOffset;
-    if (position < walked().begin())
+    tryConstant(position);
+    if (position < walked().begin()) {
+        if (unitSize_ != 0)
+            return static_cast<std::uint64_t>(position) * unitSize_;
         rejectIndex(); // it has a hole
+    }
     walked().walkTo(position, progress_);
     return walked().streamOffset(position);
 }
 
 std::optional<std::int64_t> Seeker::end() {
+    tryConstant(std::numeric_limits<std::int64_t>::max());
     if (!walked().walk(progress_) || !walked().isComplete())
         return std::nullopt;
     return walked().end();
