@@ -55,6 +55,10 @@ private:
             }
             file_->writeAt(position, bytes, size);
         }
+        void truncate(std::uint64_t size) override {
+            operations_.step();
+            file_->truncate(size);
+        }
         void synchronize() override {
             operations_.step();
             file_->synchronize();

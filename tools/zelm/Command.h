@@ -39,6 +39,7 @@ std::unique_ptr<Command> makeDiffCommand();
 std::unique_ptr<Command> makeIndexCommand();
 std::unique_ptr<Command> makeFramesCommand();
 std::unique_ptr<Command> makeEditCommand();
+std::unique_ptr<Command> makeRepairCommand();
 
 /// The options that all reporting commands share.
 struct ReportOptions {

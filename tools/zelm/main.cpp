@@ -32,6 +32,7 @@ constexpr CommandRow commandRows[] = {
     {"frames", "List the edit units: order, timecode, key frames, sizes, where they lie", makeFramesCommand},
     {"diff", "Compare two files: partitions, metadata by role, index tables, essence", makeDiffCommand},
     {"edit", "Change properties of the header metadata, in place or into a new file", makeEditCommand},
+    {"repair", "Make a file whole that was cut off: footer, index tables, durations", makeRepairCommand},
 };
 
 /// Runs a command; the exceptions that a command does not report itself end here.
