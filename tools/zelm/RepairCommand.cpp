@@ -63,10 +63,11 @@ public:
         auto* const check = parser.add_flag("--check", check_, "Only tell what is wrong");
         auto* const inPlace =
             parser.add_flag("--in-place", inPlace_, "Repair the file itself")->excludes(check);
-        auto* const output = parser.add_option("-o,--output", output_, "Write the repaired file as a new one")
-                                 ->type_name("FILE")
-                                 ->excludes(check)
-                                 ->excludes(inPlace);
+        auto* const output =
+            parser.add_option("-o,--output", output_, "Write the repaired file as a new one")
+                ->type_name("FILE")
+                ->excludes(check)
+                ->excludes(inPlace);
         parser.add_flag("--replace", replace_, "With -o: a file of that name may be replaced")->needs(output);
         undo_.declare(parser);
         report_.declare(parser);
@@ -110,10 +111,10 @@ private:
         if (!repairer.isSound() && inPlace_)
             done = repairer.writeInPlace();
         else if (!repairer.isSound() && !output_.empty())
-            done = repairer.writeToFile(
-                std::string_view(output_),
-                {replace_ ? MXFIO::NewFileOptions::Existing::Replace : MXFIO::NewFileOptions::Existing::Refuse,
-                 0, false, steps.step("writing " + output_)});
+            done = repairer.writeToFile(std::string_view(output_),
+                                        {replace_ ? MXFIO::NewFileOptions::Existing::Replace
+                                                  : MXFIO::NewFileOptions::Existing::Refuse,
+                                         0, false, steps.step("writing " + output_)});
         steps.end();
         report_.json ? printJson(repairer, done) : printText(repairer, done);
         return check_ && !repairer.isSound() ? FoundSomething : Done;
@@ -121,8 +122,7 @@ private:
 
     void printText(MXFIO::Repairer const& repairer, std::optional<MXFIO::RepairReport> const& done) const {
         if (repairer.isSound()) {
-            std::cout << file_ << ": nothing is wrong"
-                      << (check_ ? "" : "; nothing was written") << "\n";
+            std::cout << file_ << ": nothing is wrong" << (check_ ? "" : "; nothing was written") << "\n";
             return;
         }
         for (auto const& finding : repairer.findings())
@@ -136,7 +136,8 @@ private:
         if (done)
             std::cout << (inPlace_ ? file_ : output_) << ": " << bytesText(done->bytesAppended)
                       << " written behind them, " << bytesText(done->bytesChanged)
-                      << " changed in packs and header metadata; " << bytesText(done->fileSize) << " in all\n";
+                      << " changed in packs and header metadata; " << bytesText(done->fileSize)
+                      << " in all\n";
     }
 
     static void printContainer(MXFIO::RepairedContainer const& container) {

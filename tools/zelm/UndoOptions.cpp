@@ -31,8 +31,9 @@ ExitStatus UndoOptions::run(std::string const& file) const {
 
 void UndoOptions::requireNone(std::string const& file) {
     if (MXFIO::UndoRecord::exists(file))
-        throw Exceptions::InvalidChange("an edit of this file was cut off: --restore puts the old bytes back, "
-                                        "--discard-undo keeps the file as it is");
+        throw Exceptions::InvalidChange(
+            "an edit of this file was cut off: --restore puts the old bytes back, "
+            "--discard-undo keeps the file as it is");
 }
 
 } // namespace Zelm

@@ -135,8 +135,8 @@ void FileWalk::take(PacketHead const& head, std::uint64_t end) {
 void FileWalk::openPartition(PacketHead const& head, std::uint64_t end) {
     std::uint64_t const fixed = head.headLength + PackFields::fixedSize;
     if (head.headLength + head.length < fixed)
-        throw Exceptions::at(at_, Exceptions::InvalidLength("A partition pack of " +
-                                                            std::to_string(head.length) + " bytes"));
+        throw Exceptions::at(
+            at_, Exceptions::InvalidLength("A partition pack of " + std::to_string(head.length) + " bytes"));
     WalkedPartition partition;
     partition.pack = PackFields(readBytes(source_, at_, fixed), head.headLength - KLV::Key::size());
     partition.offset = at_;
@@ -159,8 +159,10 @@ void FileWalk::takeContent(PacketHead const& head) {
     }
     if (stream_->current.empty()) {
         stream_->start = at_;
+        stream_->elements = 0;
         ++stream_->count;
     }
+    stream_->elements += key.isSystem() ? 0 : 1;
     stream_->current.add(key);
 }
 
@@ -188,8 +190,8 @@ void FileWalk::closePartition(std::uint64_t end) {
             return from;
         return count <= most - from && from + count >= least ? from + count : most;
     };
-    partition.metadataEnd = areaEnd(partition.leadEnd, header, partition.hasMetadata, partition.setsEnd,
-                                    partition.behindSets);
+    partition.metadataEnd =
+        areaEnd(partition.leadEnd, header, partition.hasMetadata, partition.setsEnd, partition.behindSets);
     partition.indexEnd = areaEnd(partition.metadataEnd, index, partition.hasIndex, partition.segmentsEnd,
                                  partition.behindSegments);
     std::uint64_t const there = end - partition.leadEnd;

@@ -70,9 +70,26 @@ public:
     /// ends with it.
     std::optional<std::uint64_t> incompletePackage() const;
 
+    /// The cut packet is the first of its container.
+    bool isCutFirst() const {
+        return stream_ != nullptr && cut_ &&
+               (stream_->count == 0 || (stream_->count == 1 && stream_->start == cut_->fileOffset));
+    }
+
     /// Where the last content package begins, when there are several in its partition's container.
     std::optional<std::uint64_t> lastPackage() const {
         return stream_ != nullptr && stream_->count > 1 ? std::optional(stream_->start) : std::nullopt;
+    }
+
+    /// Elements of the only content package, as far as it goes, and where it begins.
+    struct OnlyPackage {
+        std::uint64_t start = 0;
+        std::uint64_t elements = 0; ///< system items left out
+    };
+    std::optional<OnlyPackage> onlyPackage() const {
+        return stream_ != nullptr && stream_->count == 1
+                   ? std::optional(OnlyPackage{stream_->start, stream_->elements})
+                   : std::nullopt;
     }
 
     /// How much of the whole end belongs to content packages and everything before them.
@@ -84,6 +101,7 @@ private:
     struct Stream {
         GenericContainer::PackageBoundary first, current;
         std::uint64_t start = 0; // of the current one
+        std::uint64_t elements = 0;
         std::uint64_t count = 0;
     };
 

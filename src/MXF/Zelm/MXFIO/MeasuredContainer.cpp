@@ -77,18 +77,31 @@ std::uint64_t repeatedUnitSize(DataIO::RandomAccessDataSource& source, std::uint
 }
 
 ContainerMeasurer::ContainerMeasurer(Reader2& reader, EssenceContainer const& container, bool wholeUnits,
-                                     ClipUnitSize clip)
-    : container_(container), wholeUnits_(wholeUnits), clip_(clip), essence_(reader, container) {}
+                                     ClipUnitSize const* clip)
+    : container_(container),
+      wholeUnits_(wholeUnits),
+      isClip_(clip != nullptr),
+      clip_(isClip_ ? *clip : ClipUnitSize()),
+      essence_(reader, container) {}
 
 MeasuredContainer
 ContainerMeasurer::measure(std::function<bool(std::uint64_t, std::uint64_t)> const& progress) {
     if (essence_.stream().length() == 0)
-        measured_.units = 0;
-    else if (essence_.wrapping() == GenericContainer::Wrapping::Clip)
+        measureNothing();
+    else if (isClip_ || essence_.wrapping() == GenericContainer::Wrapping::Clip)
         measureClip();
     else
         measureFrames(progress);
     return std::move(measured_);
+}
+
+/// The essence may stand in another file; of one that was cut off it is not there.
+void ContainerMeasurer::measureNothing() {
+    measured_.units = 0;
+    auto const* const table = essence_.seeker().table();
+    if (wholeUnits_ && container_.indexSID != 0 && table != nullptr && table->size() != 0 &&
+        IndexTables::EditUnitLocator(*table, {}).end().value_or(0) > 0)
+        measured_.index = Index::Wrong;
 }
 
 bool ContainerMeasurer::lacksIndex() const {

@@ -44,9 +44,10 @@ struct MeasuredContainer {
 
 class ContainerMeasurer {
 public:
-    /// `wholeUnits`: a clip may end amid an edit unit that does not count. `clip` is the size of edit units
-    /// where more is known of it than the tracks tell.
-    ContainerMeasurer(Reader2& reader, EssenceContainer const& container, bool wholeUnits, ClipUnitSize clip);
+    /// `wholeUnits`: the file was cut off, a part of an edit unit at the end of a clip does not count. `clip`
+    /// is given for what is known to be a clip, with what is known of its edit units.
+    ContainerMeasurer(Reader2& reader, EssenceContainer const& container, bool wholeUnits,
+                      ClipUnitSize const* clip);
 
     /// Throws as BodyStream::peekPacket does, and UpdateCancelled.
     MeasuredContainer measure(std::function<bool(std::uint64_t, std::uint64_t)> const& progress);
@@ -54,6 +55,7 @@ public:
 private:
     using Offsets = std::function<std::optional<std::uint64_t>(std::int64_t)>;
 
+    void measureNothing();
     void measureFrames(std::function<bool(std::uint64_t, std::uint64_t)> const& progress);
     void measureClip();
     void judge(IndexTables::EssenceExtent const& extent, Offsets const& offsetOf);
@@ -62,6 +64,7 @@ private:
 
     EssenceContainer const& container_;
     bool wholeUnits_;
+    bool isClip_;
     ClipUnitSize clip_;
     EssenceReader essence_;
     MeasuredContainer measured_;

@@ -15,7 +15,8 @@ void PatchedSource::patch(std::uint64_t offset, Bytes bytes) {
     while (at != patches_.end() && at->first <= offset + bytes.size()) {
         auto const& [start, old] = *at;
         if (start < offset) {
-            bytes.insert(bytes.begin(), old.begin(), old.begin() + static_cast<std::ptrdiff_t>(offset - start));
+            bytes.insert(bytes.begin(), old.begin(),
+                         old.begin() + static_cast<std::ptrdiff_t>(offset - start));
             offset = start;
         }
         std::uint64_t const end = offset + bytes.size(), oldEnd = start + old.size();
@@ -28,6 +29,7 @@ void PatchedSource::patch(std::uint64_t offset, Bytes bytes) {
 
 void PatchedSource::finish(std::uint64_t length, Bytes tail) {
     length_ = length;
+    patches_.erase(patches_.lower_bound(length), patches_.end());
     tail_ = std::move(tail);
     position_ = 0;
 }

@@ -23,7 +23,8 @@ public:
     /// Puts `bytes` over those at `offset`; all within the first `length`.
     void patch(std::uint64_t offset, Bytes bytes);
 
-    /// Has `tail` follow the first `length` bytes, in place of what followed them before.
+    /// Has `tail` follow the first `length` bytes, in place of what followed them before; patches of that are
+    /// forgotten.
     void finish(std::uint64_t length, Bytes tail);
 
     Patches const& patches() const { return patches_; }

@@ -65,7 +65,9 @@ RepairDraft::RepairDraft(DataIO::RandomAccessDataSource& source, Reader::Diction
     if (!metadata.edited)
         loadMetadata(metadata);
     essence_ = essenceContainers(metadata.edited);
+    dropFirstPackage();
     repairClip();
+    dropEmptyPartitions();
     checkTail();
     padToGrid();
     measure(progress);
@@ -83,8 +85,9 @@ void RepairDraft::find(Code code, std::optional<std::uint64_t> offset, std::stri
 void RepairDraft::chooseKept(bool withoutFooter) {
     auto const& header = kept_.front();
     if (!header.hasMetadata)
-        cannotRepair(header.leadEnd, "The file cannot be repaired: it has no header metadata, which would say "
-                                     "what the essence is");
+        cannotRepair(header.leadEnd,
+                     "The file cannot be repaired: it has no header metadata, which would say "
+                     "what the essence is");
     if (header.pack.get(PackFields::headerByteCount) > header.end - header.leadEnd && kept_.size() == 1 &&
         !header.hasIndex && !header.hasBody)
         cannotRepair(header.leadEnd, "The file cannot be repaired: it ends amid the header metadata");
@@ -93,12 +96,10 @@ void RepairDraft::chooseKept(bool withoutFooter) {
         keptEnd_ = std::min(keptEnd_, kept_.back().offset);
         kept_.pop_back();
     };
-    while (kept_.size() > 1 && (kept_.back().offset >= keptEnd_ ||
-                                (kept_.back().isTorn && !kept_.back().hasBody)))
+    while (kept_.size() > 1 &&
+           (kept_.back().offset >= keptEnd_ || (kept_.back().isTorn && !kept_.back().hasBody)))
         drop();
     wasFinished_ = isFinished_ = kept_.size() > 1 && kept_.back().pack.isFooter();
-    while (kept_.size() > 1 && !isFinished_ && isEmpty(kept_.back()))
-        drop();
     if (withoutFooter && isFinished_) {
         drop();
         isFinished_ = false;
@@ -106,6 +107,12 @@ void RepairDraft::chooseKept(bool withoutFooter) {
         keptEnd_ = std::min(keptEnd_, std::max(kept_.back().indexEnd, kept_.back().contentEnd));
     }
     kept_.back().end = std::min(kept_.back().end, keptEnd_);
+}
+
+/// Of a file that was cut off behind a pack.
+void RepairDraft::dropEmptyPartitions() {
+    for (; kept_.size() > 1 && !isFinished_ && isEmpty(kept_.back()); kept_.pop_back())
+        keptEnd_ = kept_.back().offset;
 }
 
 void RepairDraft::checkTail() {
@@ -199,33 +206,67 @@ void RepairDraft::loadMetadata(RepairMetadata& metadata) {
     metadata.area.emplace(view_, chosen.leadEnd, chosen.headerByteCount());
 }
 
+/// The container whose essence stands last; null when it is not known.
+EssenceContainer const* RepairDraft::lastContainer() const {
+    auto const sid = kept_.back().pack.sid(PackFields::bodySID);
+    auto const found = std::find_if(essence_.begin(), essence_.end(),
+                                    [&](EssenceContainer const& known) { return known.bodySID == sid; });
+    return found != essence_.end() ? &*found : nullptr;
+}
+
+/// A first content package has no other to be held against: it lacks elements when there are more tracks.
+void RepairDraft::dropFirstPackage() {
+    auto const only = walk_.onlyPackage();
+    auto const* const container = lastContainer();
+    if (isFinished_ || !only || container == nullptr || container->wrapping() == Wrapping::Clip ||
+        only->elements >= container->tracks.size() || only->start < kept_.back().offset)
+        return;
+    keptEnd_ = kept_.back().end = kept_.back().contentEnd = only->start;
+    kept_.back().hasBody = false;
+}
+
 // Clips.
+
+/// By the label, or by what the only element shows where the label tells nothing or of edit units, as some
+/// writers have it: its length was to be set at the end, its key is that of a clip (SMPTE 379M), or it holds
+/// several edit units.
+bool RepairDraft::isClip(PacketHead const& cut, EssenceContainer const& container) {
+    using GenericContainer::ElementKey;
+    ElementKey const key(cut.key);
+    if (container.wrapping() == Wrapping::Clip)
+        return true;
+    if (!walk_.isCutFirst())
+        return false;
+    constexpr unsigned char clipOfPictures = 0x06, clipOfWave = 0x02, clipOfAES3 = 0x04;
+    bool const isPicture = key.itemType() == ElementKey::Picture;
+    bool const hasClipKey = isPicture
+                                ? key.elementType() == clipOfPictures
+                                : key.itemType() == ElementKey::Sound &&
+                                      (key.elementType() == clipOfWave || key.elementType() == clipOfAES3);
+    std::uint64_t const value = cut.fileOffset + cut.headLength;
+    return cut.length == 0 || hasClipKey || repeatedUnitSize(source_, value, walk_.fileSize() - value) != 0;
+}
 
 /// A clip that was not finished gets the bytes that there are, whole edit units or samples where their size
 /// is known.
 void RepairDraft::repairClip() {
     auto const& cut = walk_.cutPacket();
-    auto const sid = kept_.back().pack.sid(PackFields::bodySID);
-    auto const container = std::find_if(essence_.begin(), essence_.end(), [&](EssenceContainer const& known) {
-        return known.bodySID == sid;
-    });
-    if (!cut || isFinished_ || container == essence_.end() || cut->fileOffset != walk_.wholeEnd() ||
+    auto const* const container = lastContainer();
+    if (!cut || isFinished_ || container == nullptr || cut->fileOffset != walk_.wholeEnd() ||
         !GenericContainer::ElementKey::isContent(cut->key))
         return;
-    auto const wrapping = container->wrapping();
-    if (wrapping != Wrapping::Clip && (wrapping == Wrapping::Frame || cut->length != 0))
+    if (!isClip(*cut, *container))
         return;
     std::uint64_t const value = cut->fileOffset + cut->headLength;
     std::uint64_t length = walk_.fileSize() - value;
-    auto const* const track =
-        container->trackByNumber(GenericContainer::ElementKey(cut->key).trackNumber());
+    auto const* const track = container->trackByNumber(GenericContainer::ElementKey(cut->key).trackNumber());
     if (track != nullptr)
         clip_ = clipUnitSize(*track, cut->length);
     if (clip_.bytes == 0)
         clip_ = {repeatedUnitSize(source_, value, length), container->editRate()};
-    clipSID_ = sid;
-    std::uint64_t const grain = track != nullptr && track->samples.bytes != 0 ? track->samples.bytes
-                                                                              : clip_.bytes;
+    clipSID_ = container->bodySID;
+    std::uint64_t const grain =
+        track != nullptr && track->samples.bytes != 0 ? track->samples.bytes : clip_.bytes;
     length -= grain != 0 ? length % grain : 0;
     find(Code::ClipLength, cut->fileOffset,
          "the length of the clip is " + std::to_string(cut->length) + ", the file has " +
@@ -271,7 +312,7 @@ void RepairDraft::measure(FileWalk::Progress const& progress) {
     Templates::vector<ContainerUnits> units;
     for (auto const& container : essence_) {
         bool const isClip = container.bodySID == clipSID_;
-        ContainerMeasurer measurer(reader, container, !wasFinished_, isClip ? clip_ : ClipUnitSize());
+        ContainerMeasurer measurer(reader, container, !wasFinished_, isClip ? &clip_ : nullptr);
         auto measured = measurer.measure(progress);
         bool const isHere = measured.units && (*measured.units != 0 || !wasFinished_);
         if (isHere)
@@ -358,8 +399,8 @@ void RepairDraft::checkRandomIndex() {
 void RepairDraft::checkFooterOffsets() {
     for (auto const& partition : kept_) {
         std::uint64_t const said = partition.pack.get(PackFields::footerPartition);
-        bool const mayBeOpen = said == 0 && (!isFinished_ || partition.pack.isOpen() ||
-                                             partition.pack.isGenericStream());
+        bool const mayBeOpen =
+            said == 0 && (!isFinished_ || partition.pack.isOpen() || partition.pack.isGenericStream());
         bool const isRight = isFinished_ && said == relative(kept_.back().offset);
         if (!mayBeOpen && !isRight)
             find(Code::WrongOffset, partition.offset,
@@ -386,8 +427,7 @@ bool RepairDraft::fitsEverywhere() const {
 
 void RepairDraft::putMetadata(WalkedPartition const& partition) {
     MetadataArea const area(view_, partition.leadEnd, partition.headerByteCount());
-    auto const fitted =
-        area.fitted(metadata_->area->contentFor(*metadata_->edited, *metadata_->original));
+    auto const fitted = area.fitted(metadata_->area->contentFor(*metadata_->edited, *metadata_->original));
     if (area.whyNot(fitted.size()).empty())
         view_.patch(partition.leadEnd, area.image(fitted, area.fillKey().value_or(KLV::fillItemKey())));
 }
@@ -473,9 +513,10 @@ Bytes RepairDraft::makePartitions(std::uint64_t least) {
         if (round == 0) {
             for (auto const& partition : made)
                 size += partition.bytes.size();
-            lead = least <= size ? first.leadSize
-                                 : areaSizeFor(first.packSize, first.leadSize - first.packSize + (least - size),
-                                               first.leadSize, format_.kagSize);
+            lead = least <= size
+                       ? first.leadSize
+                       : areaSizeFor(first.packSize, first.leadSize - first.packSize + (least - size),
+                                     first.leadSize, format_.kagSize);
         }
         std::uint64_t at = relative(keptEnd_) + padding_.size();
         for (std::size_t i = 0; i < offsets.size(); ++i) {

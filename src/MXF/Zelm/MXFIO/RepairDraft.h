@@ -26,8 +26,8 @@ public:
     /// `walk` is of the source and is not changed by it; neither is owned. `withoutFooter` has a whole footer
     /// made anew, with the metadata as `metadata` has it; without it `metadata` is filled in.
     RepairDraft(DataIO::RandomAccessDataSource& source, Reader::DictionaryPtr dictionary,
-                std::uint64_t searchLimit, FileWalk const& walk, bool withoutFooter,
-                RepairMetadata& metadata, FileWalk::Progress const& progress);
+                std::uint64_t searchLimit, FileWalk const& walk, bool withoutFooter, RepairMetadata& metadata,
+                FileWalk::Progress const& progress);
 
     std::vector<RepairFinding> const& findings() const { return findings_; }
     std::vector<RepairedContainer> const& containers() const { return containers_; }
@@ -59,12 +59,16 @@ private:
     using Offsets = std::vector<std::uint64_t>;
 
     void chooseKept(bool withoutFooter);
+    void dropEmptyPartitions();
     void checkTail();
     void checkPacks();
     void checkPack(std::size_t index, std::uint64_t bodyOffset);
     std::uint64_t bodyOffsetOf(std::size_t index, std::map<std::uint32_t, std::uint64_t>& streams) const;
     void put(std::size_t index, PackFields::Field field, std::uint64_t value);
     void loadMetadata(RepairMetadata& metadata);
+    EssenceContainer const* lastContainer() const;
+    void dropFirstPackage();
+    bool isClip(PacketHead const& cut, EssenceContainer const& container);
     void repairClip();
     bool setClipLength(PacketHead const& head, std::uint64_t length);
     void padToGrid();
@@ -102,7 +106,7 @@ private:
     RepairMetadata* metadata_ = nullptr;
     Templates::vector<EssenceContainer> essence_;
     ClipUnitSize clip_;
-    std::uint32_t clipSID_ = 0;
+    std::uint32_t clipSID_ = 0; // of the clip that was cut off
     std::vector<NewIndex> indices_;
     PartitionFormat format_;
     std::uint64_t footerOffset_ = 0; // as packs have it

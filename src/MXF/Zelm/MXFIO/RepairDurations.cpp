@@ -79,7 +79,9 @@ private:
     DurationRule rule_;
 };
 
-Rate rateOf(TimelineTrack const& track) { return track.editRate() != nullptr ? track.editRate()->value() : Rate{}; }
+Rate rateOf(TimelineTrack const& track) {
+    return track.editRate() != nullptr ? track.editRate()->value() : Rate{};
+}
 
 std::int64_t originOf(TimelineTrack const& track) {
     return track.origin() != nullptr ? std::max<std::int64_t>(track.origin()->value(), 0) : 0;
@@ -90,8 +92,8 @@ SourceClip const* soleClip(Track const& track) {
     if (auto const* const clip = dynamic_cast<SourceClip const*>(segment))
         return clip;
     auto const* const sequence = dynamic_cast<Sequence const*>(segment);
-    auto const components = sequence != nullptr ? sequence->structuralComponents()
-                                                : Templates::vector<StructuralComponent*>();
+    auto const components =
+        sequence != nullptr ? sequence->structuralComponents() : Templates::vector<StructuralComponent*>();
     return components.size() == 1 ? dynamic_cast<SourceClip const*>(components.front()) : nullptr;
 }
 
@@ -192,8 +194,8 @@ private:
             return std::nullopt;
         for (auto const& [container, units] : units_)
             if (container == source->container) {
-                auto const length =
-                    converted(units - std::min(units, source->track->origin), container->editRate(), rateOf(track));
+                auto const length = converted(units - std::min(units, source->track->origin),
+                                              container->editRate(), rateOf(track));
                 std::int64_t const start =
                     clip->startPosition() != nullptr ? clip->startPosition()->value() : 0;
                 return length && start >= 0 ? std::optional(*length - std::min(*length, start))
@@ -209,7 +211,8 @@ private:
 
 } // namespace
 
-void setDurations(Metadata::PartitionMetadata& metadata, Templates::vector<EssenceContainer> const& containers,
+void setDurations(Metadata::PartitionMetadata& metadata,
+                  Templates::vector<EssenceContainer> const& containers,
                   Templates::vector<ContainerUnits> const& units, DurationRule rule) {
     if (auto const* const storage = dynamic_cast<ContentStorage const*>(&metadata.contentStorage()))
         DurationWork(containers, units, rule).run(*storage);

@@ -20,7 +20,8 @@ enum class DurationRule {
 /// Sets the durations of the file packages of `containers`, and of all tracks that lead to them; of a track
 /// with several components those that go beyond the essence are made shorter. The containers are of
 /// `metadata`.
-void setDurations(Metadata::PartitionMetadata& metadata, Templates::vector<EssenceContainer> const& containers,
+void setDurations(Metadata::PartitionMetadata& metadata,
+                  Templates::vector<EssenceContainer> const& containers,
                   Templates::vector<ContainerUnits> const& units, DurationRule rule);
 
 } // namespace MXF::Zelm::MXFIO

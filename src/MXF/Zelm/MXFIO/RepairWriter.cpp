@@ -35,12 +35,13 @@ RepairReport RepairWriter::report(std::uint64_t fileSize) const {
 
 RepairReport RepairWriter::writeInPlace() {
     if (UndoRecord::exists(name_))
-        throw Exceptions::InvalidChange(name_ + ": somebody else is editing the file: " +
-                                        UndoRecord::nameFor(name_) + " is there");
+        throw Exceptions::InvalidChange(
+            name_ + ": somebody else is editing the file: " + UndoRecord::nameFor(name_) + " is there");
     std::vector<UndoRecord::Piece> pieces;
     for (auto const& [offset, bytes] : repaired_.patches())
         pieces.push_back({offset, readBytes(source_, offset, bytes.size())});
-    std::uint64_t const over = std::min<std::uint64_t>(fileSize_ - repaired_.length(), repaired_.tail().size());
+    std::uint64_t const over =
+        std::min<std::uint64_t>(fileSize_ - repaired_.length(), repaired_.tail().size());
     if (over != 0)
         pieces.push_back({repaired_.length(), readBytes(source_, repaired_.length(), over)});
     auto const file = operations_.open(name_, FileOperations::Mode::Modify);
@@ -76,10 +77,9 @@ void RepairWriter::writeOver(WritableFile& file, UndoRecord& record) const {
         try {
             record.restore();
         } catch (Exceptions::BaseException const&) {
-            throw Exceptions::SystemError(name_,
-                                          "cannot write, nor put the old bytes back, which " +
-                                              record.recordName() + " holds",
-                                          failure.code());
+            throw Exceptions::SystemError(
+                name_, "cannot write, nor put the old bytes back, which " + record.recordName() + " holds",
+                failure.code());
         }
         throw;
     }

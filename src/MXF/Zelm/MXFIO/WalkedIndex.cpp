@@ -225,9 +225,9 @@ IndexTables::IndexEntryArray WalkedIndex::entryArray(Entries const& entries, std
     return array;
 }
 
-Templates::auto_ptr<IndexTables::IndexTable>
-WalkedIndex::table(std::uint32_t indexSID, Templates::Rational<int> const& editRate,
-                   std::int64_t from) const {
+Templates::auto_ptr<IndexTables::IndexTable> WalkedIndex::table(std::uint32_t indexSID,
+                                                                Templates::Rational<int> const& editRate,
+                                                                std::int64_t from) const {
     using namespace IndexTables;
     auto table = std::make_unique<IndexTable>(indexSID, stream_.bodySID());
     auto const all = entries();
