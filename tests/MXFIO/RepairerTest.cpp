@@ -60,7 +60,12 @@ public:
             auto const units = static_cast<std::int64_t>(packages[i]);
             EXPECT_EQ(containers[i].tracks.front().duration, units);
             auto const table = IndexTableGatherer(opened.reader).table(containers[i].bodySID);
-            EXPECT_EQ(table ? IndexTables::EditUnitLocator(*table, {}).end().value_or(0) : 0, units);
+            EXPECT_EQ(table ? IndexTables::EditUnitLocator(
+                                  *table, {PartitionMap(opened.reader, containers[i].bodySID).streamLength()})
+                                  .end()
+                                  .value_or(0)
+                            : 0,
+                      units);
         }
         EXPECT_FALSE(opened.reader.footerPartition()->partitionPack().isOpen());
         EXPECT_TRUE(opened.reader.loadRIP());

@@ -3,6 +3,7 @@
 #include "MXF/Zelm/ByteCoders/BER.h"
 #include "MXF/Zelm/ByteCoders/Hexadecimal.h"
 #include "MXF/Zelm/Exceptions/Exceptions.h"
+#include "MXF/Zelm/MXFIO/ClipUnits.h"
 #include "MXF/Zelm/MXFIO/WrittenBytes.h"
 #include "MXF/Zelm/Packs/RandomIndexPack.h"
 #include "MXF/Zelm/Utils/Align.h"
@@ -243,6 +244,11 @@ bool RepairDraft::isClip(PacketHead const& cut, EssenceContainer const& containe
                                 ? key.elementType() == clipOfPictures
                                 : key.itemType() == ElementKey::Sound &&
                                       (key.elementType() == clipOfWave || key.elementType() == clipOfAES3);
+    auto const* const track = container.trackByNumber(key.trackNumber());
+    SampleGrid const grid =
+        track != nullptr ? SampleGrid(track->samples, container.editRate()) : SampleGrid();
+    if (grid.isKnown())
+        return cut.length == 0 || hasClipKey || cut.length >= grid.offset(2);
     std::uint64_t const value = cut.fileOffset + cut.headLength;
     return cut.length == 0 || hasClipKey || repeatedUnitSize(source_, value, walk_.fileSize() - value) != 0;
 }
