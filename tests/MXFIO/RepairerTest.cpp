@@ -1,5 +1,6 @@
 /// Files that are cut off at any place, or killed amid their repair.
 #include "MXF/Zelm/MXFIO/Repairer.h"
+#include "MXF/Zelm/MXFIO/PartitionMap.h"
 
 #include "MXFIO/FaultyOperations.h"
 #include "support/Files.h"

@@ -270,10 +270,14 @@ void RepairDraft::repairClip() {
         clip_ = clipUnitSize(*track, cut->length);
     if (clip_.bytes == 0)
         clip_ = {repeatedUnitSize(source_, value, length), container->editRate()};
-    clipSID_ = container->bodySID;
     std::uint64_t const grain =
         track != nullptr && track->samples.bytes != 0 ? track->samples.bytes : clip_.bytes;
     length -= grain != 0 ? length % grain : 0;
+    if (length == 0)
+        return;
+    // What is labelled as edit units and holds only one is one.
+    if (container->wrapping() != Wrapping::Frame || clip_.bytes == 0 || length / clip_.bytes > 1)
+        clipSID_ = container->bodySID;
     find(Code::ClipLength, cut->fileOffset,
          "the length of the clip is " + std::to_string(cut->length) + ", the file has " +
              std::to_string(length) + " bytes of it");
