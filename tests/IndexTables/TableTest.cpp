@@ -299,6 +299,8 @@ TEST(EditUnitLocator, BelievesNoOffsetThatLeadsOut) {
     EXPECT_EQ(texts(locator, {smallest, smallest + 1, -1, 1, std::int64_t{1} << 62, largest - 1, largest}),
               "none none none 4294967295+4294967295 none none none");
     locator.end();
+    EXPECT_EQ(locator.positionAt(~0ull - 1), std::int64_t{1} << 32);
+    EXPECT_EQ(locator.positionAt(4294967295u + std::uint64_t{7}), 1);
 }
 
 TEST(EditUnitLocator, AgreesWithATableOfAllEditUnits) {

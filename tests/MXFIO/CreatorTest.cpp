@@ -172,7 +172,8 @@ void expectStreams(OpenFile& file, Case const& expected) {
         auto const packet = partition->nextBodyKLV(0);
         ASSERT_TRUE(packet);
         EXPECT_EQ(packet->key(), GenericStream::defaultKey());
-        EXPECT_EQ(packet->value().remaining(), 1000 + sid);
+        EXPECT_TRUE(sameBytes(packet->value().readRemaining(),
+                              repeated(1000 + sid, static_cast<unsigned char>(sid))));
         ++found;
     }
     EXPECT_EQ(found, expected.file.streams.size());
@@ -222,6 +223,10 @@ TEST(Creator, growingFileCanBeReadAtAnyMoment) {
         }
         EXPECT_EQ(partitionStarts, OpenFile(bytes).partitions().size() + 1) << "and the random index pack";
         EXPECT_EQ(creator.packages(0), file.containers[0].packages);
+        for (auto const& update : creator.updates())
+            std::copy(update.bytes.begin(), update.bytes.end(),
+                      bytes.begin() + static_cast<std::ptrdiff_t>(update.offset));
+        EXPECT_TRUE(OpenFile(bytes).reader.headerPartition()->partitionPack().isComplete());
     }
 }
 

@@ -366,7 +366,7 @@ TEST(WalkedIndex, LearnsElementsAndPictures) {
         ASSERT_EQ(locator.flags(i), flags[i % 4]);
         ASSERT_EQ(locator.keyFrame(i), i / 4 * 4);
         ASSERT_EQ(locator.displayPosition(i), i / 4 * 4 + shown[i % 4]);
-        ASSERT_EQ(locator.positionAt(starts[number] + i % 28), i);
+        ASSERT_EQ(locator.positionAt(starts[number] + number % 28), i);
     }
     EXPECT_EQ(locator.positionAt(body.size() - 1), 8999);
     EXPECT_EQ(locator.positionAt(body.size()), std::nullopt);

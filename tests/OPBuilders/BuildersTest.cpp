@@ -251,7 +251,8 @@ TEST(OPAtomBuilder, fileOfOneTrack) {
     auto const& header = partitions[0]->partitionPack();
     EXPECT_EQ(header.operationalPattern(), "060E2B34.04010102.0D010201.10020000"_key);
     EXPECT_TRUE(header.isComplete() && !header.isOpen());
-    EXPECT_GE(header.headerByteCount(), OPAtomBuilder::smallestReserve);
+    std::uint64_t const reserve = OPAtomBuilder::smallestReserve;
+    EXPECT_GE(header.headerByteCount(), reserve);
     EXPECT_EQ(partitions[2]->partitionPack().indexSID(), 2u);
     EXPECT_EQ(clipsOf(*partitions[0]->metadata()), "0+10 | 0+19200 | ");
     expectEssence(file, file.containers().at(0));

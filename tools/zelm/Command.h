@@ -38,8 +38,13 @@ std::unique_ptr<Command> makeDumpCommand();
 std::unique_ptr<Command> makeDiffCommand();
 std::unique_ptr<Command> makeIndexCommand();
 std::unique_ptr<Command> makeFramesCommand();
+std::unique_ptr<Command> makeExtractCommand();
+std::unique_ptr<Command> makeAncillaryCommand();
 std::unique_ptr<Command> makeEditCommand();
 std::unique_ptr<Command> makeRepairCommand();
+std::unique_ptr<Command> makeWrapCommand();
+std::unique_ptr<Command> makeRewrapCommand();
+std::unique_ptr<Command> makeJoinCommand();
 
 /// The options that all reporting commands share.
 struct ReportOptions {

@@ -12,7 +12,7 @@ using namespace MXF::Zelm;
 
 namespace {
 
-bool isPicture(MXFIO::EssenceTrack const& track) { return trackKind(track.trackNumber) == 'v'; }
+bool isPicture(MXFIO::EssenceTrack const& track) { return trackKind(track) == 'v'; }
 
 bool hasPicture(EssenceContainer const& container) {
     return std::any_of(container.tracks.begin(), container.tracks.end(), isPicture);

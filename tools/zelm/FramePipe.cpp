@@ -3,7 +3,7 @@
 #include "FrameList.h"
 #include "FrameMaker.h"
 #include "Input.h"
-#include "StandardInput.h"
+#include "StandardStreams.h"
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>
 #include <MXF/Zelm/MXFIO/SequentialReader.h>

@@ -1,6 +1,6 @@
 /// `zelm frames FILE`: one line for each edit unit.
 #include "FrameList.h"
-#include "StandardInput.h"
+#include "StandardStreams.h"
 #include "TrackChoice.h"
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>

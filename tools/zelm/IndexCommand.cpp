@@ -55,17 +55,10 @@ public:
         auto* const csv = parser.add_flag("--csv", csv_,
                                           "Print comma-separated values: a row for each edit unit of --list, "
                                           "or else for each segment");
+        declareWhichTables(parser);
         auto* const plot = parser.add_option("--plot", plot_, "Draw the bytes of the edit units, as SVG");
         plot->type_name("OUT.svg")->excludes(at)->excludes(list)->excludes(csv);
         parser.add_flag("--force", force_, "Replace OUT.svg if it is there")->needs(plot);
-        parser.add_flag("--everywhere", everywhere_,
-                        "Look for segments amid essence too: reads the keys of the whole file");
-        parser.add_flag(
-            "--rebuild", rebuild_,
-            "Make the tables anew by walking over the essence, and compare the file's own with them: "
-            "where edit units and their elements begin, and of MPEG video and AVC the flags, temporal "
-            "and key frame offsets. Sound in one clip is cut by the size of its samples, other clips "
-            "by the duration of the track. The other options then show the tables made anew");
         options_.declare(parser);
         plot->excludes("--json");
         csv->excludes("--json")->excludes(at);
@@ -117,13 +110,29 @@ public:
 private:
     using Queries = std::vector<std::optional<UnitQuery>>; // one for each table; none where it knows nothing
 
+    void declareWhichTables(CLI::App& parser) {
+        parser.add_flag(
+            "--everywhere", everywhere_,
+            "Look for segments amid essence too, as is done in any case where a table has gaps: reads "
+            "the keys of the whole file");
+        parser.add_flag(
+            "--rebuild", rebuild_,
+            "Make the tables anew by walking over the essence, and compare the file's own with them: "
+            "where edit units and their elements begin, and of MPEG video and AVC the flags, temporal "
+            "and key frame offsets. Sound in one clip is cut by the size of its samples, other clips "
+            "by the duration of the track. The other options then show the tables made anew");
+    }
+
     IndexFormat format() const {
         return options_.json ? IndexFormat::AsJson : csv_ ? IndexFormat::AsCsv : IndexFormat::AsText;
     }
 
     /// The tables of the file, and its metadata, null when that cannot be read or is of no use.
     IndexSurvey findTables(Input& input, MXFIO::Partition::MetadataPtr& metadata) const {
-        auto survey = surveyIndex(input, everywhere_);
+        auto survey = surveyIndex(input, everywhere_ || rebuild_);
+        auto const hasGaps = [](FoundTable const& table) { return !table.gaps().empty(); };
+        if (std::any_of(survey.tables.begin(), survey.tables.end(), hasGaps))
+            survey = surveyIndex(input, true);
         bool const isWanted = rebuild_ || (list_.empty() && at_.empty() && !offset_);
         try {
             if (isWanted && !survey.partitions.partitions.empty())
@@ -223,7 +232,7 @@ private:
         return Done;
     }
 
-    std::string file_, at_, list_, plot_, offsetText_;
+    std::string file_, at_, list_, offsetText_, plot_;
     std::optional<std::uint64_t> offset_;
     bool force_ = false;
     bool display_ = false;

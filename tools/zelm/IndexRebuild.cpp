@@ -139,6 +139,20 @@ ClipCut cutOf(MXFIO::EssenceTrack const& track, std::uint64_t length, EditRate c
                              : ClipCut{samples.bytes, samples.rate};
 }
 
+/// As many edit units as `length` bytes hold.
+std::unique_ptr<IndexTables::IndexTable> constantTable(std::uint32_t indexSID, std::uint32_t bodySID,
+                                                       ClipCut const& cut, std::uint64_t length) {
+    auto segment = std::make_unique<IndexTableSegment>(std::uint8_t{4});
+    segment->indexEditRate(Types::Rational(cut.rate));
+    segment->indexDuration(Types::Length(static_cast<std::int64_t>(length / cut.bytes)));
+    segment->indexSID(Types::UInt32(indexSID));
+    segment->bodySID(Types::UInt32(bodySID));
+    segment->editUnitByteCount(Types::UInt32(static_cast<std::uint32_t>(cut.bytes)));
+    auto table = std::make_unique<IndexTables::IndexTable>(indexSID, bodySID);
+    table->add(std::move(segment), false);
+    return table;
+}
+
 void Rebuilder::cutClip(MXFIO::EssenceReader& essence, FoundTable const* own) {
     essence.stream().seek(0);
     std::optional<MXFIO::PacketHead> head;
@@ -159,18 +173,11 @@ void Rebuilder::cutClip(MXFIO::EssenceReader& essence, FoundTable const* own) {
                                  " is one clip: nothing but an index table tells where its edit units begin");
         return;
     }
-    auto segment = std::make_unique<IndexTableSegment>(std::uint8_t{4});
-    auto const indexSID = indexSIDOf(essence.container(), own);
-    segment->indexEditRate(Types::Rational(cut.rate));
-    segment->indexDuration(Types::Length(static_cast<std::int64_t>(length / cut.bytes)));
-    segment->indexSID(Types::UInt32(indexSID));
-    segment->bodySID(Types::UInt32(essence.container().bodySID));
-    segment->editUnitByteCount(Types::UInt32(static_cast<std::uint32_t>(cut.bytes)));
     FoundTable table;
     table.clipStart = head->streamOffset + head->headLength;
     table.clipEnd = table.clipStart + length;
-    table.table = std::make_unique<IndexTables::IndexTable>(indexSID, essence.container().bodySID);
-    table.table->add(std::move(segment), false);
+    table.table =
+        constantTable(indexSIDOf(essence.container(), own), essence.container().bodySID, cut, length);
     keep(std::move(table), own, false);
 }
 

@@ -2,11 +2,11 @@
 
 #include "FrameworkEdit.h"
 #include "PropertyValue.h"
+#include "Writer.h"
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>
 #include <MXF/Zelm/KLV/Key.h>
 #include <MXF/Zelm/Metadata/Structural/Properties.h>
-#include <MXF/Zelm/Platform/Text.h>
 #include <MXF/Zelm/Types/Strings.h>
 #include <MXF/Zelm/Types/Timestamp.h>
 
@@ -23,10 +23,6 @@ namespace {
 
 constexpr auto identificationKey = "060E2B34.02530101.0D010101.01013000"_key;
 
-/// What this program calls itself wherever a UUID is asked for.
-constexpr unsigned char productUID[16] = {0x5D, 0x0B, 0x6E, 0x2C, 0x91, 0x57, 0x4A, 0x38,
-                                          0x8F, 0x1E, 0xC4, 0x63, 0x27, 0xDA, 0x90, 0x15};
-
 /// Sets a property that the standard dictionary gives the class.
 void setProperty(MetadataSet& set, const char* name, Types::BaseType const& value) {
     if (auto const* const attribute = findAttribute(*set.metaMetadataSet(), name))
@@ -34,12 +30,13 @@ void setProperty(MetadataSet& set, const char* name, Types::BaseType const& valu
 }
 
 MetadataSet& addIdentification(Metadata::PartitionMetadata& metadata, Types::UUID const& generation) {
+    auto const product = thisProduct();
     auto& set = metadata.createMetadataSet(identificationKey);
     setProperty(set, "ThisGenerationUID", generation);
-    setProperty(set, "CompanyName", Types::UTF16String(u"MXF::Zelm"));
-    setProperty(set, "ProductName", Types::UTF16String(u"zelm"));
-    setProperty(set, "VersionString", Types::UTF16String(Platform::toUtf16(MXFZELM_VERSION)));
-    setProperty(set, "ProductUID", Types::UUID(productUID));
+    setProperty(set, "CompanyName", Types::UTF16String(product.companyName));
+    setProperty(set, "ProductName", Types::UTF16String(product.productName));
+    setProperty(set, "VersionString", Types::UTF16String(product.versionString));
+    setProperty(set, "ProductUID", product.productUID);
     setProperty(set, "ModificationDate", Types::Timestamp::now());
     return set;
 }

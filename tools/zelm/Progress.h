@@ -10,8 +10,9 @@ namespace Zelm {
 
 class Progress {
 public:
-    /// `total` is what `at` counts up to, for example the bytes of a file.
-    Progress(std::string action, std::uint64_t total);
+    /// `total` is what `at` counts up to, for example the bytes of a file. With `ofBytes` speed and time left
+    /// are shown too.
+    Progress(std::string action, std::uint64_t total, bool ofBytes = false);
 
     /// Wipes the line.
     ~Progress();
@@ -35,13 +36,15 @@ private:
     using Clock = std::chrono::steady_clock;
 
     void look(std::uint64_t done);
+    std::string pace(Clock::time_point now, std::uint64_t done) const;
 
     std::string action_;
     std::uint64_t total_;
+    bool ofBytes_;
     bool active_;
-    bool shown_ = false;
+    std::size_t width_ = 0; // of the line that is shown
     unsigned calls_ = 0;
-    Clock::time_point next_;
+    Clock::time_point start_, next_;
 };
 
 } // namespace Zelm

@@ -1,5 +1,7 @@
 #include "TrackChoice.h"
 
+#include "EssenceForm.h"
+
 #include <charconv>
 #include <map>
 #include <optional>
@@ -45,7 +47,7 @@ void forEachTrack(std::vector<EssenceContainer> const& containers, Function cons
     std::map<char, std::uint32_t> counts;
     for (auto const& container : containers)
         for (auto const& track : container.tracks) {
-            char const kind = trackKind(track.trackNumber);
+            char const kind = trackKind(track);
             take(container, track, kind, ++counts[kind]);
         }
 }
@@ -54,19 +56,7 @@ void forEachTrack(std::vector<EssenceContainer> const& containers, Function cons
 
 bool isTrackName(std::string_view name) { return parseName(name).has_value(); }
 
-char trackKind(std::uint32_t trackNumber) {
-    switch (ElementKey(trackNumber).itemType()) {
-    case ElementKey::CPPicture:
-    case ElementKey::Picture:
-    case ElementKey::Compound:
-        return 'v';
-    case ElementKey::CPSound:
-    case ElementKey::Sound:
-        return 'a';
-    default:
-        return 'd';
-    }
-}
+char trackKind(MXFIO::EssenceTrack const& track) { return kindOf(&track, ElementKey(track.trackNumber)); }
 
 std::vector<FoundTrack> chooseTracks(std::vector<EssenceContainer> const& containers, std::string_view name) {
     std::vector<FoundTrack> found;

@@ -19,8 +19,9 @@ using MXF::Zelm::MXFIO::FoundTrack;
 /// Whether `name` has one of the forms.
 bool isTrackName(std::string_view name);
 
-/// 'v' picture, 'a' sound, 'd' anything else: by the number that is in the keys of its elements.
-char trackKind(std::uint32_t trackNumber);
+/// 'v' picture, 'a' sound, 'd' anything else: by the number that is in the keys of its elements, else by its
+/// descriptor.
+char trackKind(MXF::Zelm::MXFIO::EssenceTrack const& track);
 
 /// The tracks that have this name, a container's first: several when more than one container has a track with
 /// the ID or number. Pointers into `containers`.

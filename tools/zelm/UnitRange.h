@@ -18,6 +18,7 @@ struct UnitRange {
     std::uint64_t count() const {
         return static_cast<std::uint64_t>(last) - static_cast<std::uint64_t>(first);
     }
+    bool contains(std::int64_t position) const { return position >= first && position < last; }
 };
 
 /// All that there can be.

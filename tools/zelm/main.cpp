@@ -30,9 +30,16 @@ constexpr CommandRow commandRows[] = {
     {"index", "Show the index tables: coverage, gaps, disagreements, and where edit units lie",
      makeIndexCommand},
     {"frames", "List the edit units: order, timecode, key frames, sizes, where they lie", makeFramesCommand},
+    {"extract", "Write the essence of every track into a file of its own", makeExtractCommand},
+    {"ancillary", "Show VBI and ancillary data: kinds of packets, lines, captions, faults",
+     makeAncillaryCommand},
+    {"wrap", "Make an MXF file of essence: video, sound, data, or tracks of other MXF files",
+     makeWrapCommand},
     {"diff", "Compare two files: partitions, metadata by role, index tables, essence", makeDiffCommand},
     {"edit", "Change properties of the header metadata, in place or into a new file", makeEditCommand},
     {"repair", "Make a file whole that was cut off: footer, index tables, durations", makeRepairCommand},
+    {"rewrap", "Write the essence of a file into another one, laid out in another way", makeRewrapCommand},
+    {"join", "Write the essence of several files into one, one after the other", makeJoinCommand},
 };
 
 /// Runs a command; the exceptions that a command does not report itself end here.

@@ -16,7 +16,8 @@ namespace MXF::Zelm::MXFIO {
 
 /// While the file is written, another program may read it: after each partition and after `flush` the sink
 /// has all whole content packages up to there. Where the sink throws, the exception comes out, nothing more
-/// is written, and what the sink has can be read up to its last whole content package.
+/// is written, and what the sink has can be read up to its last whole content package. So it is with a
+/// creator that is destroyed before the file is whole; only `finish` closes it.
 class MXFZELM_EXPORT Creator : public Platform::Allocated {
 public:
     /// `sink` is not owned and must outlive the creator; the file begins where it stands. `canUpdate` of the

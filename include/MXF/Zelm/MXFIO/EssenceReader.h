@@ -88,6 +88,7 @@ private:
     bool isPackageStart(std::uint64_t streamOffset);
     bool isWholeAtEnd();
     GenericContainer::PackageBoundary const& firstPackage();
+    bool isOneLongElement();
     bool isClipInParts(PacketHead const& first, PacketHead const& second);
     GenericContainer::Wrapping wrappingByBody();
     bool readClip(std::int64_t position, EssenceUnit& unit);

@@ -3,7 +3,7 @@
 ///
 ///     partition pack     body SID: the stream ID; no metadata, no index
 ///     fill
-///     one KLV packet     the data
+///     one KLV packet     the data; or several, put together by the host
 ///     fill
 #pragma once
 
@@ -24,6 +24,9 @@ struct MXFZELM_EXPORT GenericStream {
     Templates::SharedPtr<DataIO::BoundedDataSource> source = nullptr; ///< instead of `data`
 
     KLV::Key key = defaultKey(); ///< byte 13 tells the byte order, byte 14 how the data is cut
+
+    /// The data are whole packets: no key is put before them.
+    bool isPackets = false;
 
     bool beforeEssence = false;
 };

@@ -62,7 +62,8 @@ public:
     /// Bytes handed out so far, run-in included.
     std::uint64_t fileOffset() const;
 
-    /// Content packages handed out so far, of the container that was added as number `index`.
+    /// Content packages handed out so far, of the container that was added as number `index` from 0 on; 0 for
+    /// one that there is not.
     std::uint64_t packages(std::size_t index) const;
 
     /// What is to be written over the bytes of a whole file, in this order: first what the sources want, then

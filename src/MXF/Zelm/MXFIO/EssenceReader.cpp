@@ -24,23 +24,13 @@ EssenceReader::Options onlyTrack(EssenceTrack const& track) {
     return options;
 }
 
-/// Whether the stream is one whole element in which edit units of a constant size by the index table lie one
-/// after another. Some writers label clips as if they were wrapped by edit units.
-bool isOneLongElement(BodyStream& stream, Seeker& seeker) {
-    std::optional<PacketHead> only;
-    stream.seek(0);
-    while (auto const head = stream.nextPacket()) {
-        if (!ElementKey::isContent(head->key))
-            continue;
-        if (only)
-            return false;
-        only = head;
-    }
-    if (!only || stream.isOpenEnded() || seeker.table() == nullptr || seeker.table()->size() == 0)
+/// Whether by the index table two edit units of a constant size fit in `length` bytes.
+bool holdsSeveral(IndexTables::IndexTable const* table, std::uint64_t length) {
+    if (table == nullptr || table->size() == 0)
         return false;
-    auto const& segment = *seeker.table()->begin()->second;
+    auto const& segment = *table->begin()->second;
     return segment.indexEntryCount() == 0 && segment.editUnitByteCount() != nullptr &&
-           *segment.editUnitByteCount() != 0 && only->length / 2 >= segment.editUnitByteCount()->value();
+           *segment.editUnitByteCount() != 0 && length / 2 >= segment.editUnitByteCount()->value();
 }
 
 } // namespace
@@ -192,6 +182,25 @@ Wrapping EssenceReader::wrapping() {
     return found;
 }
 
+/// Whether a finished body is one element alone that holds several edit units, by the duration of a track or
+/// the index table: a clip, whatever its label says.
+bool EssenceReader::isOneLongElement() {
+    if (stream_.isOpenEnded())
+        return false;
+    std::optional<PacketHead> only;
+    stream_.seek(0);
+    while (auto const head = stream_.nextPacket()) {
+        if (!ElementKey::isContent(head->key))
+            continue;
+        if (only)
+            return false;
+        only = head;
+    }
+    bool const isLong = std::any_of(container_.tracks.begin(), container_.tracks.end(),
+                                    [](EssenceTrack const& track) { return track.duration > 1; });
+    return only && (isLong || holdsSeveral(seeker_.table(), only->length));
+}
+
 /// Whether the first element of a body, which comes again at `second`, holds more than one edit unit, by what
 /// else is known: the index, the size of samples, or the number of edit units.
 bool EssenceReader::isClipInParts(PacketHead const& first, PacketHead const& second) {
@@ -211,15 +220,15 @@ bool EssenceReader::isClipInParts(PacketHead const& first, PacketHead const& sec
     return parts <= mostParts && parts < track->duration;
 }
 
-/// What the label says, unless the body shows that it cannot be: the first element of a clip comes again, or
-/// the only element of edit units holds more than one of them. Without a label a body of one element, as far
-/// as there is one, is a clip.
+/// What the label says, unless the body shows that it cannot be: the first element of a clip comes again with
+/// another edit unit, or the only element of edit units holds several of them. Without a label a body of one
+/// element, as far as there is one, is a clip.
 Wrapping EssenceReader::wrappingByBody() {
     auto const byLabel = container_.wrapping();
     if (stream_.length() == 0)
         return byLabel;
     if (byLabel == Wrapping::Frame)
-        return isOneLongElement(stream_, seeker_) ? Wrapping::Clip : Wrapping::Frame;
+        return isOneLongElement() ? Wrapping::Clip : byLabel;
     PackageBoundary body;
     PacketHead first;
     bool isCut = false;

@@ -40,11 +40,13 @@ GenericStreamPartitionWriter::GenericStreamPartitionWriter(PartitionFormat const
 GenericStreamPartitionWriter::~GenericStreamPartitionWriter() = default;
 
 std::uint64_t GenericStreamPartitionWriter::headLength() const {
-    return KLV::Key::size() + berSizeOf(length_);
+    return stream_.isPackets ? 0 : KLV::Key::size() + berSizeOf(length_);
 }
 
 /// Key and length of the content.
 DataIO::Chain GenericStreamPartitionWriter::areas() {
+    if (stream_.isPackets)
+        return {};
     std::vector<unsigned char> head(static_cast<std::size_t>(headLength()));
     std::copy_n(stream_.key.rawBuffer(), KLV::Key::size(), head.data());
     ByteCoders::codeBER(length_, berSizeOf(length_), head.data() + KLV::Key::size());

@@ -51,7 +51,7 @@ std::uint64_t PullCreator::fileOffset() const {
 }
 
 std::uint64_t PullCreator::packages(std::size_t index) const {
-    return state_->containers.at(index).body->packages();
+    return index < state_->containers.size() ? state_->containers[index].body->packages() : 0;
 }
 
 Templates::vector<FileUpdate> PullCreator::updates() const {

@@ -1,4 +1,4 @@
-#include "StandardInput.h"
+#include "StandardStreams.h"
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>
 
@@ -17,6 +17,15 @@ using namespace MXF::Zelm;
 
 namespace {
 
+/// Windows would change line ends otherwise.
+void makeBinary([[maybe_unused]] std::FILE* stream) {
+#if defined(_WIN32)
+    ::_setmode(::_fileno(stream), _O_BINARY);
+#endif
+}
+
+constexpr std::uint64_t largestPiece = std::uint64_t{1} << 20;
+
 /// The system's error number.
 long lastError() {
 #if defined(_WIN32)
@@ -29,9 +38,7 @@ long lastError() {
 } // namespace
 
 StandardInput::StandardInput() {
-#if defined(_WIN32)
-    ::_setmode(0, _O_BINARY);
-#endif
+    makeBinary(stdin);
     std::setvbuf(stdin, nullptr, _IONBF, 0); // who reads has blocks of its own
 }
 
@@ -63,6 +70,28 @@ std::uint64_t StandardInput::skip(std::uint64_t size) {
         done += got;
     }
     return done;
+}
+
+StandardOutput::StandardOutput() { makeBinary(stdout); }
+
+void StandardOutput::write(const unsigned char* buffer, std::uint64_t size) {
+    for (std::uint64_t done = 0; done < size;) {
+        auto const piece = static_cast<std::size_t>(std::min(size - done, largestPiece));
+        if (std::fwrite(buffer + done, 1, piece, stdout) != piece)
+            throw Exceptions::SystemError("standard output", "cannot write", lastError());
+        done += piece;
+    }
+    position_ += size;
+}
+
+void StandardOutput::write(DataIO::Chain const& chain) {
+    for (auto const& slice : chain)
+        write(slice.data(), slice.size());
+}
+
+void StandardOutput::flush() {
+    if (std::fflush(stdout) != 0)
+        throw Exceptions::SystemError("standard output", "cannot write", lastError());
 }
 
 } // namespace Zelm

@@ -1,0 +1,219 @@
+// zelm wrap: names, refusals, what --verify finds, standard output, interruption by a sink that fails.
+// tests/peers/compare-wrap holds the files against other programs.
+#include "support/Files.h"
+#include "support/MPEGStream.h"
+#include "support/Program.h"
+#include "support/WaveBytes.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace MXF::Zelm::Test {
+
+namespace {
+
+using Json = nlohmann::json;
+namespace fs = std::filesystem;
+
+constexpr std::size_t frames = 9;
+constexpr std::size_t samplesOfFrame = 1920;
+
+Bytes video() {
+    return concatenated(mpegUnits({"SCI0", "P3", "B1", "B2", "SCI0", "P3", "B1", "B2", "P4"})) +
+           hex("00 00 01 B7");
+}
+
+Bytes wave(std::uint16_t channels, std::size_t instants) {
+    Bytes samples(instants * channels * 2);
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        samples[i] = static_cast<unsigned char>(i * 7 + i / 251);
+    return riff("RIFF", waveFormat(channels, 48000, 16) + chunk("data", samples));
+}
+
+/// A folder with a video of nine frames and a sound of two channels, which is half a frame longer.
+class Wrapped {
+public:
+    Wrapped() {
+        writeFile(file("clip.m2v"), video());
+        writeFile(file("clip.wav"), wave(2, frames * samplesOfFrame + samplesOfFrame / 2));
+    }
+
+    std::string file(std::string const& name) const { return folder_.file(name); }
+
+    ProgramRun run(std::vector<std::string> inputs, std::vector<std::string> const& options = {},
+                   std::string const& output = "out.mxf") const {
+        std::vector<std::string> arguments{"wrap"};
+        for (auto const& input : inputs)
+            arguments.push_back(input == "," ? input : file(input));
+        arguments.insert(arguments.end(), {"-o", output == "-" ? output : file(output)});
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        return runZelm(arguments);
+    }
+
+    /// The report on the first file.
+    Json report(std::vector<std::string> const& inputs, std::vector<std::string> options = {}) const {
+        options.insert(options.end(), {"--json", "--verify", "--force"});
+        auto const done = run(inputs, options);
+        EXPECT_EQ(done.status, 0) << done.errors;
+        return Json::parse(done.output)["files"][0];
+    }
+
+    std::vector<std::string> outputs() const {
+        std::vector<std::string> found;
+        for (auto const& entry : fs::directory_iterator(fs::path(file("x")).parent_path()))
+            if (entry.path().filename().string().find(".mxf") != std::string::npos)
+                found.push_back(entry.path().filename().string());
+        std::sort(found.begin(), found.end());
+        return found;
+    }
+
+private:
+    TemporaryFolder folder_;
+};
+
+using Names = std::vector<std::string>;
+
+TEST(Wrap, EndsSoundWithThePictures) {
+    Wrapped const folder;
+    writeFile(folder.file("short.wav"), wave(1, 3 * samplesOfFrame + 5));
+    auto const report = folder.report({"clip.m2v", "clip.wav", "short.wav"}, {"--md5"});
+    ASSERT_EQ(report["tracks"].size(), 3u);
+    for (auto const& track : report["tracks"])
+        EXPECT_EQ(track["edit_units"], frames) << track;
+    EXPECT_EQ(report["tracks"][0]["bytes"], video().size());
+    EXPECT_EQ(report["tracks"][1]["bytes"], frames * samplesOfFrame * 4);
+    EXPECT_EQ(report["tracks"][2]["bytes"], frames * samplesOfFrame * 2);
+    EXPECT_EQ(report["verified"], true);
+    ASSERT_EQ(report["notes"].size(), 2u) << report["notes"];
+    EXPECT_NE(std::string(report["notes"][0]).find("longer"), std::string::npos);
+    EXPECT_NE(std::string(report["notes"][1]).find("silence was added, 0.24 s"), std::string::npos);
+}
+
+TEST(Wrap, WritesEachPatternAndIndexPlaceSoThatItReadsBack) {
+    Wrapped const folder;
+    std::vector<std::string> const both{"clip.m2v", "clip.wav"};
+    struct {
+        std::vector<std::string> inputs, options;
+        std::size_t tracks;
+    } const cases[] = {
+        {both, {"--channels", "1", "--kag", "512", "--index", "body", "--partition-every", "4"}, 3},
+        {both, {"--index", "own", "--partition-every", "0.1s", "--system-item"}, 2},
+        {both, {"--pattern", "op1b"}, 2},
+        {{"clip.m2v", ",", "clip.m2v"}, {"--pattern", "op2a"}, 2},
+        {{"clip.m2v", "clip.wav", ",", "clip.m2v", "clip.wav"}, {"--pattern", "op2b"}, 4},
+        {{"clip.m2v", "clip.wav", ",", "clip.m2v", "clip.wav"},
+         {"--pattern", "op3a", "--play", "2:5", "--play", "0:4"},
+         4},
+        {{"clip.m2v", ",", "clip.m2v"}, {"--pattern", "op1c"}, 2},
+        {{"clip.wav"}, {"--clip"}, 1},
+        {{"clip.wav"}, {"--index", "header"}, 1},
+        {{"clip.m2v"}, {"--pcm", "16,1,48000", "--reserve", "100"}, 1},
+    };
+    for (auto const& [inputs, options, tracks] : cases) {
+        auto const report = folder.report(inputs, options);
+        EXPECT_EQ(report["tracks"].size(), tracks) << options[1];
+        EXPECT_EQ(report["verified"], true) << options[1];
+    }
+}
+
+TEST(Wrap, PassesTracksOfOtherFilesOn) {
+    Wrapped const folder;
+    auto const first = folder.report({"clip.m2v", "clip.wav"}, {"--md5"});
+    fs::rename(folder.file("out.mxf"), folder.file("first.mxf"));
+    auto const second = folder.report({"first.mxf"}, {"--md5"});
+    ASSERT_EQ(second["tracks"].size(), 2u);
+    for (std::size_t i = 0; i < 2; ++i)
+        EXPECT_EQ(second["tracks"][i]["md5"], first["tracks"][i]["md5"]);
+}
+
+TEST(Wrap, WritesAFileForEachTrackOfOPAtom) {
+    Wrapped const folder;
+    auto const done = folder.run({"clip.m2v", "clip.wav"}, {"--preset", "atom", "--verify"});
+    EXPECT_EQ(done.status, 0) << done.errors;
+    EXPECT_EQ(folder.outputs(), (Names{"out_a1.mxf", "out_a2.mxf", "out_v1.mxf"}));
+    std::set<std::string> packages;
+    for (auto const& name : folder.outputs()) {
+        auto const info = Json::parse(runZelm({"info", "--json", folder.file(name)}).output)["files"][0];
+        for (auto const& package : info["packages"])
+            if (package["kind"] == "material")
+                packages.insert(package["package_uid"]);
+        EXPECT_EQ(info["partitions"]["count"], 3) << name;
+    }
+    EXPECT_EQ(packages.size(), 1u);
+}
+
+TEST(Wrap, RefusesAndLeavesNothingBehind) {
+    Wrapped const folder;
+    writeFile(folder.file("text.txt"), ascii("no essence at all"));
+    writeFile(folder.file("slow.m2v"), video());
+    struct {
+        std::vector<std::string> inputs, options;
+        const char* text;
+    } const cases[] = {
+        {{"text.txt"}, {}, "none of the inputs that can be wrapped"},
+        {{"clip.m2v", "clip.wav"}, {"--clip"}, "op1b"},
+        {{"clip.m2v"}, {"--pattern", "op9z"}, "the patterns are op1a"},
+        {{"clip.m2v"}, {"--pattern", "op1b"}, "these inputs make op1a"},
+        {{"clip.m2v", ",", "clip.m2v"}, {}, "--pattern says which"},
+        {{"clip.m2v", ","}, {"--pattern", "op2a"}, "nothing to wrap"},
+        {{"clip.m2v"}, {"--rate", "50"}, "has 25 edit units a second"},
+        {{"clip.m2v"}, {"--rate", "fast"}, "is no rate"},
+        {{"clip.m2v"}, {"--drop"}, "no numbers are dropped"},
+        {{"clip.m2v"}, {"--start-timecode", "25:00:00:00"}, "--start-timecode"},
+        {{"clip.m2v"}, {"--partition-every", "x"}, "--partition-every"},
+        {{"clip.m2v"}, {"--preset", "rdd9", "--kag", "1"}, "an alignment of 512"},
+        {{"clip.m2v", "clip.m2v"}, {"--preset", "rdd9"}, "one picture track"},
+        {{"clip.m2v"}, {"--preset", "d10"}, "D-10 pictures"},
+        {{"clip.wav"}, {"--pcm", "16"}, "--pcm"},
+        {{"clip.m2v"}, {"--meta", "MaterialPackage/Nonsense=1"}, "MaterialPackage/Nonsense"},
+    };
+    for (auto const& [inputs, options, text] : cases) {
+        auto const done = folder.run(inputs, options);
+        EXPECT_EQ(done.status, 2) << text << ": " << done.errors;
+        EXPECT_NE(done.errors.find(text), std::string::npos) << done.errors;
+        EXPECT_EQ(folder.outputs(), Names{}) << text;
+    }
+    EXPECT_EQ(folder.run({"missing.wav"}).status, 4);
+}
+
+TEST(Wrap, NeverOverwritesUnlessAsked) {
+    Wrapped const folder;
+    ASSERT_EQ(folder.run({"clip.m2v"}).status, 0);
+    auto const before = readFile(folder.file("out.mxf"));
+    EXPECT_EQ(folder.run({"clip.m2v"}).status, 2);
+    EXPECT_EQ(folder.run({"out.mxf"}, {"--force"}).status, 2); // its own input
+    EXPECT_EQ(readFile(folder.file("out.mxf")), before);
+    EXPECT_EQ(folder.run({"clip.m2v"}, {"--force", "--kag", "512"}).status, 0);
+    EXPECT_NE(readFile(folder.file("out.mxf")), before);
+    writeFile(folder.file("new.mxf.part"), {});
+    EXPECT_EQ(folder.run({"clip.m2v"}, {}, "new.mxf").status, 2);
+}
+
+TEST(Wrap, WritesToStandardOutput) {
+    Wrapped const folder;
+    auto const done = folder.run({"clip.m2v", "clip.wav"}, {}, "-");
+    ASSERT_EQ(done.status, 0) << done.errors;
+    writeFile(folder.file("piped.mxf"), Bytes(done.output.begin(), done.output.end()));
+    auto const index = runZelm({"index", folder.file("piped.mxf")});
+    EXPECT_EQ(index.status, 0) << index.output << index.errors;
+    EXPECT_EQ(folder.run({"clip.m2v"}, {"--json"}, "-").status, 2);
+}
+
+TEST(Wrap, SetsMetadataAndNamesTracks) {
+    Wrapped const folder;
+    ASSERT_EQ(folder
+                  .run({"clip.m2v", "clip.wav"},
+                       {"--meta", "MaterialPackage/Name=Evening", "--track-label", "v1=Programme",
+                        "--track-label", "a1=Left", "--start-timecode", "10:00:00:00", "--channels", "1"})
+                  .status,
+              0);
+    auto const dump = runZelm({"dump", folder.file("out.mxf")}).output;
+    for (auto const* const text : {"Evening", "Programme", "Left"})
+        EXPECT_NE(dump.find(text), std::string::npos) << text;
+    auto const info = runZelm({"info", folder.file("out.mxf")}).output;
+    EXPECT_NE(info.find("10:00:00:00"), std::string::npos) << info;
+}
+
+} // namespace
+
+} // namespace MXF::Zelm::Test

@@ -1,0 +1,103 @@
+#include "TrackTap.h"
+
+#include <MXF/Zelm/GenericContainer/Analyzers/BasicAnalyzer.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace Zelm {
+
+using namespace MXF::Zelm;
+using GenericContainer::EssenceAnalyzer;
+
+namespace {
+
+template <class Kind>
+std::string faultOfKind(EssenceAnalyzer const& analyzer) {
+    auto const* const basic = dynamic_cast<GenericContainer::BasicAnalyzer<Kind> const*>(&analyzer);
+    return basic != nullptr ? basic->fault() : "";
+}
+
+std::string faultOf(EssenceAnalyzer const& analyzer) {
+    std::string fault = faultOfKind<GenericContainer::PictureAnalyzer>(analyzer);
+    fault += faultOfKind<GenericContainer::SoundAnalyzer>(analyzer);
+    fault += faultOfKind<GenericContainer::DataAnalyzer>(analyzer);
+    fault += faultOfKind<EssenceAnalyzer>(analyzer);
+    return fault.empty() ? "The essence is not whole" : fault;
+}
+
+} // namespace
+
+std::uint64_t TrackGroup::end() {
+    for (auto const* const tap : taps_)
+        if (tap->innerDone())
+            end_ = std::min(end_, tap->units());
+    return end_;
+}
+
+void TrackTap::group(std::shared_ptr<TrackGroup> group, bool isEnder) {
+    group_ = std::move(group);
+    if (isEnder)
+        group_->add(*this);
+}
+
+void TrackTap::addFollower(std::shared_ptr<TrackTap> follower) {
+    follower->follows_ = true;
+    followers_.push_back(std::move(follower));
+}
+
+bool TrackTap::isEnded() const { return group_ && units_ >= group_->end(); }
+
+bool TrackTap::done() const { return isEnded() || inner_->done(); }
+
+bool TrackTap::nextEditUnit(EditUnit& unit) {
+    if (isEnded() || !inner_->nextEditUnit(unit)) {
+        unit.clear();
+        return false;
+    }
+    take(unit);
+    return true;
+}
+
+/// A clip of samples comes in runs of them.
+std::uint64_t TrackTap::unitsIn(EditUnit const& unit) const {
+    auto const rate = inner_->editRate();
+    if (!options_.asStream || !unit.duration.isKnown() || !rate.isKnown())
+        return 1;
+    return static_cast<std::uint64_t>(unit.duration.numerator) * static_cast<std::uint64_t>(rate.numerator) /
+           static_cast<std::uint64_t>(unit.duration.denominator) /
+           static_cast<std::uint64_t>(rate.denominator);
+}
+
+void TrackTap::take(EditUnit const& unit) {
+    if (options_.md5)
+        for (auto const& slice : unit.data)
+            md5_.add(slice.data(), slice.size());
+    if (options_.hash && options_.asStream)
+        stream_.add(unit.data);
+    else if (options_.hash)
+        hashes_.add(units_, hashOf(unit.data));
+    units_ += unitsIn(unit);
+    bytes_ += unit.data.size();
+}
+
+UnitHashes TrackTap::hashes() { return options_.asStream ? stream_.finish() : hashes_; }
+
+/// Sound that ends with another track may end before all of it was given.
+std::optional<std::uint64_t> TrackTap::byteCount() const {
+    return follows_ ? std::nullopt : inner_->byteCount();
+}
+
+bool TrackTap::finalize() {
+    wasCut_ = !inner_->done();
+    auto const rate = inner_->editRate();
+    if (!followers_.empty() && units_ <= static_cast<std::uint64_t>(std::numeric_limits<int>::max()) /
+                                             static_cast<std::uint64_t>(rate.denominator))
+        for (auto const& follower : followers_)
+            follower->setDuration({static_cast<int>(units_) * rate.denominator, rate.numerator});
+    bool const isWhole = inner_->finalize();
+    fault_ = isWhole ? "" : faultOf(*inner_);
+    return isWhole;
+}
+
+} // namespace Zelm

@@ -1,0 +1,196 @@
+#include "WrapKinds.h"
+
+#include "WrapSounds.h"
+
+#include <MXF/Zelm/DataIO/File/FileSliceSource.h>
+#include <MXF/Zelm/Essence/Wave/WaveReader.h>
+#include <MXF/Zelm/Exceptions/Exceptions.h>
+#include <MXF/Zelm/GenericContainer/Analyzers/D10Analyzer.h>
+#include <MXF/Zelm/GenericContainer/Analyzers/DataEssenceAnalyzer.h>
+#include <MXF/Zelm/GenericContainer/ElementKey.h>
+#include <MXF/Zelm/MXFIO/PassThroughAnalyzer.h>
+
+#include "MetadataChoice.h"
+
+#include <algorithm>
+
+namespace Zelm {
+
+using namespace MXF::Zelm;
+using namespace MXF::Zelm::KLV::Literals;
+using DataIO::File::FileSliceSource;
+using GenericContainer::Wrapping;
+
+namespace {
+
+std::shared_ptr<FileSliceSource> open(InputHead const& head, TrackMaking const& making) {
+    return std::make_shared<FileSliceSource>(std::string_view(head.name), making.blocks);
+}
+
+void addTrack(std::vector<WrapTrack>& tracks, char kind, InputHead const& head, const char* essence,
+              GenericContainer::EssenceAnalyzerPtr analyzer, std::size_t source,
+              std::shared_ptr<void> keeps = nullptr) {
+    WrapTrack track;
+    track.kind = kind;
+    track.input = head.name;
+    track.essence = essence;
+    track.tap = std::make_shared<TrackTap>(std::move(analyzer));
+    track.source = source;
+    track.keeps = std::move(keeps);
+    tracks.push_back(std::move(track));
+}
+
+/// Whether a start code with this value stands among the first bytes.
+bool hasStartCode(InputHead const& head, unsigned char value) {
+    const unsigned char code[] = {0, 0, 1, value};
+    auto const* const end = head.bytes.data() + head.bytes.size();
+    return std::search(head.bytes.data(), end, std::begin(code), std::end(code)) != end;
+}
+
+constexpr unsigned char sequenceHeaderCode = 0xB3, packHeaderCode = 0xBA;
+
+bool isVideo(InputHead const& head, TrackMaking const&) {
+    return hasStartCode(head, sequenceHeaderCode) && !hasStartCode(head, packHeaderCode);
+}
+
+bool isD10(InputHead const& head, TrackMaking const& making) {
+    return isVideo(head, making) && GenericContainer::D10Analyzer(open(head, making)).preload();
+}
+
+template <class Analyzer>
+void addVideo(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks,
+              const char* essence) {
+    auto const analyzer = std::make_shared<Analyzer>(open(head, making));
+    if (!analyzer->preload())
+        throw CannotWrap(head.name + ": has no picture with a known size and frame rate");
+    addTrack(tracks, 'v', head, essence, analyzer, making.sources++);
+}
+
+void addD10(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
+    addVideo<GenericContainer::D10Analyzer>(head, making, tracks, "D-10 video");
+}
+
+void addMpeg(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
+    addVideo<GenericContainer::MPEG2VideoAnalyzer>(head, making, tracks, "MPEG-2 video");
+}
+
+bool isWave(InputHead const& head, TrackMaking const&) {
+    return Essence::Wave::WaveReader::isWave(head.bytes.data(), head.bytes.size());
+}
+
+bool isMxf(InputHead const& head, TrackMaking const&) {
+    static constexpr unsigned char start[] = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x05, 0x01,
+                                              0x01, 0x0D, 0x01, 0x02, 0x01, 0x01, 0x02};
+    auto const* const end = head.bytes.data() + head.bytes.size();
+    return std::search(head.bytes.data(), end, std::begin(start), std::end(start)) != end;
+}
+
+/// A file whose essence is passed on.
+struct MxfInput {
+    MxfInput(std::string const& name, SharedDictionary const& dictionary)
+        : input(name, dictionary),
+          containers(MXFIO::essenceContainers(chooseFinal(input, false).partition->metadata())) {}
+
+    Input input;
+    Templates::vector<MXFIO::EssenceContainer> containers;
+};
+
+char kindOf(MXFIO::PassThroughAnalyzer const& analyzer) {
+    switch (analyzer.essenceAnalyzerType()) {
+    case GenericContainer::EssenceAnalyzer::PictureAnalyzer:
+    case GenericContainer::EssenceAnalyzer::CompoundAnalyzer:
+        return 'v';
+    case GenericContainer::EssenceAnalyzer::SoundAnalyzer:
+        return 'a';
+    default:
+        return 'd';
+    }
+}
+
+void addContainer(std::shared_ptr<MxfInput> const& file, MXFIO::EssenceContainer const& container,
+                  InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
+    MXFIO::PassThroughOptions options;
+    options.wrapping = making.layout.wrapping().value_or(Wrapping::Unknown);
+    if (!making.layout.wrapping() && container.wrapping() == Wrapping::Clip && !making.wantsOwnSources())
+        options.wrapping = Wrapping::Frame;
+    options.editRate = making.layout.rate().value_or(EditRate{});
+    std::shared_ptr<MXFIO::PassThroughReader> reader;
+    for (auto const& track : container.tracks) {
+        if (!reader || making.wantsOwnSources()) {
+            reader = std::make_shared<MXFIO::PassThroughReader>(file->input.reader, container, options);
+            ++making.sources;
+        }
+        auto const analyzer = std::make_shared<MXFIO::PassThroughAnalyzer>(reader, track.trackNumber);
+        addTrack(tracks, kindOf(*analyzer), head, "as in the file", analyzer, making.sources - 1, file);
+        tracks.back().wrapping =
+            options.wrapping != Wrapping::Unknown ? options.wrapping : reader->wrapping();
+    }
+}
+
+void addMxf(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
+    auto const file = std::make_shared<MxfInput>(head.name, making.dictionary);
+    std::size_t const before = tracks.size();
+    for (auto const& container : file->containers)
+        addContainer(file, container, head, making, tracks);
+    if (tracks.size() == before)
+        throw CannotWrap(head.name + ": has no essence");
+}
+
+bool isSamples(InputHead const&, TrackMaking const& making) { return making.options.pcm.channels != 0; }
+
+bool isData(InputHead const&, TrackMaking const& making) { return making.options.asData; }
+
+/// Auxiliary data (SMPTE 429-14), frame by frame: the mapping for data of any kind.
+constexpr auto auxiliaryData = "060E2B34.0401010D.0D010301.02130201"_key;
+constexpr unsigned char auxiliaryDataElement = 0x0D;
+
+/// All data files together are one track: each is an edit unit.
+void addData(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
+    if (making.dataFiles) {
+        making.dataFiles->push_back(head.name);
+        return;
+    }
+    making.dataFiles = std::make_shared<std::vector<std::string>>(1, head.name);
+    auto next = [files = making.dataFiles,
+                 i = std::size_t{0}]() mutable -> Templates::SharedPtr<DataIO::SliceSource> {
+        return i < files->size() ? std::make_shared<FileSliceSource>(std::string_view((*files)[i++]))
+                                 : nullptr;
+    };
+    GenericContainer::DataEssenceOptions options;
+    options.essenceContainer = auxiliaryData;
+    options.elementType = auxiliaryDataElement;
+    options.editRate = making.rate;
+    addTrack(tracks, 'd', head, "data",
+             std::make_shared<GenericContainer::DataEssenceAnalyzer>(next, options), making.sources++);
+}
+
+constexpr InputKind inputKinds[] = {
+    {"MXF file", isMxf, true, addMxf},
+    {"Wave file", isWave, false, addWave},
+    {"D-10 video", isD10, true, addD10},
+    {"MPEG-2 video", isVideo, true, addMpeg},
+    {"samples (--pcm)", isSamples, false, addSamples},
+    {"data (--as data)", isData, false, addData},
+};
+
+} // namespace
+
+InputHead::InputHead(std::string const& fileName) : name(fileName) {
+    FileSliceSource source{std::string_view(name)};
+    DataIO::Chain chain;
+    source.read(size, chain);
+    bytes = chain.contiguous();
+    fileSize = source.size();
+}
+
+InputKind const& kindOf(InputHead const& head, TrackMaking const& making) {
+    for (auto const& kind : inputKinds)
+        if (kind.recognises(head, making))
+            return kind;
+    std::string known;
+    for (auto const& kind : inputKinds)
+        known += (known.empty() ? "" : ", ") + std::string(kind.name);
+    throw CannotWrap(head.name + ": is none of the inputs that can be wrapped: " + known);
+}
+
+} // namespace Zelm

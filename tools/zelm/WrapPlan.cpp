@@ -1,0 +1,223 @@
+#include "WrapPlan.h"
+
+#include "TimeText.h"
+#include "WrapKinds.h"
+#include "WrapPresets.h"
+
+#include <MXF/Zelm/Templates/SafeCast.h>
+
+#include <algorithm>
+#include <map>
+
+namespace Zelm {
+
+using namespace MXF::Zelm;
+using GenericContainer::Wrapping;
+
+namespace {
+
+constexpr const char* separator = ",";
+
+constexpr EditRate usualRate{25, 1};
+
+/// Tracks that cannot go on in silence decide how long an item is.
+bool isLeader(WrapTrack const& track) { return track.kind != 'd' && track.tail == nullptr; }
+
+/// How long a sound is, in seconds; one that does not tell is taken for the longest.
+double secondsOf(WrapTrack const& track) {
+    return track.samples ? static_cast<double>(*track.samples) / track.format.samplingRate : 1e18;
+}
+
+/// The track that an item ends with: the first leader, else the longest sound, else anything.
+WrapTrack* leaderOf(std::vector<WrapTrack*> const& item) {
+    for (auto* const track : item)
+        if (isLeader(*track))
+            return track;
+    WrapTrack* longest = nullptr;
+    for (auto* const track : item)
+        if (track->tail && (longest == nullptr || secondsOf(*track) > secondsOf(*longest)))
+            longest = track;
+    return longest != nullptr ? longest : item.front();
+}
+
+Templates::Rational<int> durationOf(WrapTrack const& sound) {
+    return {Templates::safeCast<int>(*sound.samples), static_cast<int>(sound.format.samplingRate)};
+}
+
+bool holds(WrapContainer const& container, WrapTrack const* track) {
+    return std::find(container.tracks.begin(), container.tracks.end(), track) != container.tracks.end();
+}
+
+/// The tracks of a container end together.
+void formGroup(WrapContainer const& container, WrapTrack const* leader) {
+    if (container.isClip())
+        return;
+    auto const group = std::make_shared<TrackGroup>();
+    for (auto* const track : container.tracks)
+        track->tap->group(group, isLeader(*track) || track == leader);
+}
+
+/// Sounds that are not beside the leader, but in another container or file, end where it does: at once when
+/// its length is known, else when it is told.
+void follow(WrapContainer const& container, WrapTrack& leader) {
+    bool const isKnown = leader.tail && leader.samples;
+    for (auto* const track : container.tracks) {
+        if (!track->tail || track->tail == leader.tail)
+            continue;
+        if (isKnown)
+            track->tap->setDuration(durationOf(leader));
+        else
+            leader.tap->addFollower(track->tap);
+    }
+}
+
+/// Sounds go on in silence until the leader of the item ends, and no further.
+void endTogether(std::vector<WrapTrack*> const& item, WrapItem const& containers) {
+    auto* const leader = leaderOf(item);
+    for (auto* const track : item)
+        if (track->tail && track->tail != leader->tail)
+            track->tail->extent(SilentTail::Extent::Endless);
+    for (auto const& container : containers) {
+        formGroup(container, leader);
+        if (!holds(container, leader))
+            follow(container, *leader);
+    }
+}
+
+/// "clip.mxf" and "v1" give "clip_v1.mxf".
+std::string nameWithTrack(std::string const& name, std::string const& track) {
+    auto const slash = name.find_last_of("/\\");
+    auto const dot = name.rfind('.');
+    bool const hasSuffix = dot != std::string::npos && (slash == std::string::npos || dot > slash + 1);
+    std::size_t const end = hasSuffix ? dot : name.size();
+    return name.substr(0, end) + "_" + track + name.substr(end);
+}
+
+} // namespace
+
+WrapPlan::WrapPlan(Layout const& layout, WrapOptions const& options, SharedDictionary dictionary)
+    : layout_(layout) {
+    Items const items = openInputs(options, std::move(dictionary));
+    nameTracks(items);
+    arrange(items, options);
+    for (auto& track : tracks_)
+        track.tap->options({options.md5, options.verify, track.wrapping == Wrapping::Clip});
+}
+
+/// Inputs with a rate of their own are opened first: the others follow it.
+WrapPlan::Items WrapPlan::openInputs(WrapOptions const& options, SharedDictionary dictionary) {
+    TrackMaking making{layout_, options.tracks, std::move(dictionary)};
+    std::vector<std::vector<WrapTrack>> opened(options.inputs.size());
+    std::map<std::size_t, std::pair<InputHead, InputKind const*>> waiting;
+    for (std::size_t i = 0; i < options.inputs.size(); ++i) {
+        if (options.inputs[i] == separator)
+            continue;
+        InputHead head(options.inputs[i]);
+        inputs_.push_back(head.name);
+        inputBytes_ += head.fileSize;
+        auto const& kind = kindOf(head, making);
+        if (kind.hasRate)
+            kind.addTracks(head, making, opened[i]);
+        else
+            waiting.emplace(i, std::pair(std::move(head), &kind));
+    }
+    findRate(opened);
+    making.rate = rate_;
+    for (auto const& [i, input] : waiting)
+        input.second->addTracks(input.first, making, opened[i]);
+    if (layout_.isPreset("d10"))
+        joinD10Sounds(opened);
+    return gather(std::move(opened), options);
+}
+
+/// Puts the tracks where they stay, item by item.
+WrapPlan::Items WrapPlan::gather(std::vector<std::vector<WrapTrack>> opened, WrapOptions const& options) {
+    Items items(1);
+    for (std::size_t i = 0; i < opened.size(); ++i) {
+        if (options.inputs[i] == separator)
+            items.emplace_back();
+        for (auto& track : opened[i])
+            items.back().push_back(&tracks_.emplace_back(std::move(track)));
+    }
+    if (std::any_of(items.begin(), items.end(), [](auto const& item) { return item.empty(); }))
+        throw CannotWrap("there is nothing to wrap before or behind a comma");
+    return items;
+}
+
+void WrapPlan::findRate(std::vector<std::vector<WrapTrack>> const& opened) {
+    std::optional<EditRate> found;
+    std::string from;
+    for (auto const& tracks : opened)
+        for (auto const& track : tracks) {
+            auto const rate = track.tap->editRate();
+            if (track.wrapping == Wrapping::Clip || !rate.isKnown() || (track.kind == 'd' && found))
+                continue;
+            if (found && *found != rate)
+                throw CannotWrap(track.input + ": has " + rateText(rate) + " edit units a second, " + from +
+                                 " has " + rateText(*found));
+            found = rate;
+            from = track.input;
+        }
+    if (found && layout_.rate() && *found != *layout_.rate())
+        throw CannotWrap("--rate: " + from + " has " + rateText(*found) + " edit units a second");
+    rate_ = found ? *found : layout_.rate().value_or(usualRate);
+}
+
+void WrapPlan::nameTracks(Items const& items) {
+    for (auto const& item : items) {
+        std::map<char, unsigned> counts;
+        for (auto* const track : item)
+            track->name = track->kind + std::to_string(++counts[track->kind]);
+    }
+}
+
+WrapItem WrapPlan::containersOf(std::vector<WrapTrack*> const& item) const {
+    auto const& pattern = layout_.pattern();
+    WrapItem containers;
+    for (auto* const track : item) {
+        bool const isAlone = layout_.isOneFilePerTrack() || track->wrapping == Wrapping::Clip;
+        bool const isGanged = pattern.packages == 2;
+        auto const before = std::find_if(containers.begin(), containers.end(), [&](auto const& container) {
+            return !container.isClip() && (!isGanged || container.tracks.front()->source == track->source);
+        });
+        if (isAlone || before == containers.end())
+            containers.push_back({{track}, track->wrapping});
+        else
+            before->tracks.push_back(track);
+    }
+    std::stable_sort(containers.begin(), containers.end(), [](auto const& a, auto const& b) {
+        return isLeader(*a.tracks.front()) > isLeader(*b.tracks.front());
+    });
+    return containers;
+}
+
+void WrapPlan::arrange(Items const& items, WrapOptions const& options) {
+    if (items.size() > 1 && !layout_.isPlaylist() && layout_.pattern().packages != 3)
+        throw CannotWrap("inputs that play one after the other make op2a, op2b, op3a or op3b, alternatives "
+                         "op1c: --pattern says which");
+    WrapFile file{options.output, {}};
+    for (auto const& item : items) {
+        file.items.push_back(containersOf(item));
+        endTogether(item, file.items.back());
+        if (layout_.isOneFilePerTrack())
+            continue;
+        if (file.items.back().size() > 1 && layout_.pattern().packages != 2)
+            throw CannotWrap(
+                "clip wrapping puts each track into a container of its own, which is op1b, op2b or "
+                "op3b: --pattern says which");
+    }
+    if (!layout_.isOneFilePerTrack())
+        files_.push_back(std::move(file));
+    else
+        for (auto const& container : file.items.front())
+            files_.push_back({nameWithTrack(options.output, container.tracks.front()->name), {{container}}});
+}
+
+std::uint64_t WrapPlan::bytesTaken() const {
+    std::uint64_t sum = 0;
+    for (auto const& track : tracks_)
+        sum += track.tap->bytes();
+    return sum;
+}
+
+} // namespace Zelm

@@ -1,0 +1,74 @@
+/// What `zelm wrap` is going to write: tracks, the containers that they go into, and the files of those.
+///
+///     file      one, or one for each track
+///      item     what plays at once; items follow one another, or are alternatives (OP1c)
+///       container     one file package: its tracks frame by frame, or one clip
+#pragma once
+
+#include "UnitRange.h"
+#include "WrapTracks.h"
+
+namespace Zelm {
+
+struct WrapOptions {
+    /// Names of inputs; "," stands between those that play one after the other, or instead of each other.
+    std::vector<std::string> inputs;
+    std::string output;
+    TrackOptionsOfWrap tracks;
+    std::vector<UnitRange> plays; ///< of items, in edit units
+    bool md5 = false, verify = false;
+};
+
+struct WrapContainer {
+    std::vector<WrapTrack*> tracks;
+    MXF::Zelm::GenericContainer::Wrapping wrapping = MXF::Zelm::GenericContainer::Wrapping::Frame;
+
+    bool isClip() const { return wrapping == MXF::Zelm::GenericContainer::Wrapping::Clip; }
+};
+
+using WrapItem = std::vector<WrapContainer>;
+
+struct WrapFile {
+    std::string name;
+    std::vector<WrapItem> items;
+};
+
+class WrapPlan {
+public:
+    /// Opens the inputs. Throws CannotWrap when inputs, options and preset do not go together, and what
+    /// analyzers throw.
+    WrapPlan(Layout const& layout, WrapOptions const& options, SharedDictionary dictionary);
+
+    /// Content packages a second.
+    EditRate rate() const { return rate_; }
+
+    std::deque<WrapTrack> const& tracks() const { return tracks_; }
+    std::deque<WrapTrack>& tracks() { return tracks_; }
+    std::vector<WrapFile>& files() { return files_; }
+
+    /// Bytes of all inputs.
+    std::uint64_t inputBytes() const { return inputBytes_; }
+    std::vector<std::string> const& inputs() const { return inputs_; }
+
+    /// Bytes of essence that went by.
+    std::uint64_t bytesTaken() const;
+
+private:
+    using Items = std::vector<std::vector<WrapTrack*>>;
+
+    Items openInputs(WrapOptions const& options, SharedDictionary dictionary);
+    void findRate(std::vector<std::vector<WrapTrack>> const& opened);
+    void nameTracks(Items const& items);
+    Items gather(std::vector<std::vector<WrapTrack>> opened, WrapOptions const& options);
+    void arrange(Items const& items, WrapOptions const& options);
+    WrapItem containersOf(std::vector<WrapTrack*> const& item) const;
+
+    Layout const& layout_;
+    EditRate rate_ = {};
+    std::deque<WrapTrack> tracks_; // stay where they are
+    std::vector<WrapFile> files_;
+    std::vector<std::string> inputs_;
+    std::uint64_t inputBytes_ = 0;
+};
+
+} // namespace Zelm

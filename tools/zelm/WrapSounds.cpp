@@ -1,0 +1,158 @@
+#include "WrapSounds.h"
+
+#include "UnitRange.h"
+
+#include <MXF/Zelm/DataIO/File/FileSliceSource.h>
+#include <MXF/Zelm/Essence/Converters/ChannelSplitter.h>
+#include <MXF/Zelm/Essence/Wave/WaveReader.h>
+#include <MXF/Zelm/GenericContainer/Analyzers/PCMAnalyzer.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace Zelm {
+
+using namespace MXF::Zelm;
+using Essence::Wave::WaveFormat;
+using Essence::Wave::WaveReader;
+using GenericContainer::PCMAnalyzer;
+using GenericContainer::PCMOptions;
+using GenericContainer::Wrapping;
+
+namespace {
+
+/// A sound, opened.
+struct OpenSound {
+    Templates::SharedPtr<DataIO::SliceSource> samples;
+    WaveFormat format;
+    std::optional<std::uint64_t> count; ///< whole instants
+};
+
+OpenSound openWave(InputHead const& head, TrackMaking const& making) {
+    WaveReader const reader(
+        std::make_shared<DataIO::File::FileSliceSource>(std::string_view(head.name), making.blocks));
+    return {reader.samples(), reader.format(), reader.sampleCount()};
+}
+
+OpenSound openSamples(InputHead const& head, TrackMaking const& making) {
+    auto const& format = making.options.pcm;
+    return {std::make_shared<DataIO::File::FileSliceSource>(std::string_view(head.name), making.blocks),
+            format, head.fileSize / format.blockAlign()};
+}
+
+/// Makes the tracks of one sound.
+class SoundTracks {
+public:
+    SoundTracks(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks)
+        : head_(head), making_(making), tracks_(tracks) {}
+
+    template <class Open>
+    void add(Open open) {
+        OpenSound sound = open(head_, making_);
+        std::shared_ptr<SilentTail> tail = withTail(sound);
+        unsigned const all = sound.format.channels;
+        unsigned const each = making_.channelsPerTrack() == 0 ? all : making_.channelsPerTrack();
+        std::optional<Essence::Converters::ChannelSplitter> splitter;
+        for (unsigned first = 0; first < all; first += each) {
+            if (first != 0 && making_.wantsOwnSources()) {
+                tail = withTail(open(head_, making_));
+                splitter.reset();
+            }
+            Templates::SharedPtr<DataIO::SliceSource> source = tail;
+            if (each < all) {
+                if (!splitter)
+                    splitter.emplace(tail, all, sound.format.sampleBytes);
+                source = splitter->range(first, std::min(each, all - first));
+            }
+            addTrack(sound, tail, source, std::min(each, all - first));
+        }
+    }
+
+private:
+    std::shared_ptr<SilentTail> withTail(OpenSound const& sound) {
+        ++making_.sources;
+        std::optional<Utils::SampleCadence> cadence;
+        if (making_.soundWrapping() == Wrapping::Frame)
+            cadence.emplace(sound.format.samplingRate, making_.rate);
+        return std::make_shared<SilentTail>(sound.samples, sound.format, cadence,
+                                            SilentTail::Extent::LastUnit);
+    }
+
+    void addTrack(OpenSound const& sound, std::shared_ptr<SilentTail> const& tail,
+                  Templates::SharedPtr<DataIO::SliceSource> const& source, unsigned channels) {
+        PCMOptions options;
+        bool const isRdd9 = making_.isPreset("rdd9");
+        options.mapping = isRdd9 ? PCMOptions::Mapping::AES3 : PCMOptions::Mapping::BroadcastWave;
+        options.wrapping = making_.soundWrapping();
+        options.editRate = making_.rate;
+        options.hasConstantSize = making_.layout.preset() != nullptr &&
+                                  making_.layout.preset()->constantSound &&
+                                  options.wrapping == Wrapping::Frame;
+        WaveFormat format = sound.format;
+        format.channels = static_cast<std::uint16_t>(channels);
+        if (channels != sound.format.channels)
+            format.channelMask = 0;
+        WrapTrack track;
+        track.kind = 'a';
+        track.input = head_.name;
+        track.essence = "PCM, " + std::to_string(format.validBits) + " bits, " + std::to_string(channels) +
+                        (channels == 1 ? " channel, " : " channels, ") + std::to_string(format.samplingRate) +
+                        " Hz";
+        track.tap = std::make_shared<TrackTap>(std::make_shared<PCMAnalyzer>(source, format, options));
+        track.tap->preload();
+        track.wrapping = options.wrapping;
+        track.source = making_.sources - 1;
+        track.tail = tail;
+        track.format = sound.format;
+        track.samples = sound.count;
+        tracks_.push_back(std::move(track));
+    }
+
+    InputHead const& head_;
+    TrackMaking& making_;
+    std::vector<WrapTrack>& tracks_;
+};
+
+} // namespace
+
+void addWave(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
+    SoundTracks(head, making, tracks).add(openWave);
+}
+
+void addSamples(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
+    SoundTracks(head, making, tracks).add(openSamples);
+}
+
+WaveFormat parsePcm(std::string const& text) {
+    auto const first = std::min(text.find(','), text.size());
+    auto const second = std::min(text.find(',', first + 1), text.size());
+    auto const number = [&](std::size_t from, std::size_t to) {
+        return from < text.size() ? parseUnit(std::string_view(text).substr(from, to - from)).value_or(0) : 0;
+    };
+    auto const bits = number(0, first), channels = number(first + 1, second),
+               rate = number(second + 1, text.size());
+    bool const isRight = bits >= 8 && bits <= 32 && channels >= 1 && channels <= 128 && rate >= 1 &&
+                         rate <= std::numeric_limits<std::int32_t>::max();
+    if (!isRight)
+        throw CannotWrap("--pcm " + text + ": give bits, channels and rate, as in 24,2,48000");
+    WaveFormat format;
+    format.channels = static_cast<std::uint16_t>(channels);
+    format.samplingRate = static_cast<std::uint32_t>(rate);
+    format.sampleBytes = static_cast<std::uint16_t>((bits + 7) / 8);
+    format.validBits = static_cast<std::uint16_t>(bits);
+    return format;
+}
+
+Wrapping TrackMaking::soundWrapping() const {
+    return layout.wrapping().value_or(layout.isOneFilePerTrack() ? Wrapping::Clip : Wrapping::Frame);
+}
+
+unsigned TrackMaking::channelsPerTrack() const {
+    return options.channels.value_or(layout.preset() != nullptr ? layout.preset()->soundChannels : 0);
+}
+
+bool TrackMaking::wantsOwnSources() const {
+    return layout.isOneFilePerTrack() || soundWrapping() == Wrapping::Clip;
+}
+
+} // namespace Zelm

@@ -1,0 +1,70 @@
+/// The tracks that `zelm wrap` makes of its inputs.
+#pragma once
+
+#include "LayoutOptions.h"
+#include "SilentTail.h"
+#include "TrackTap.h"
+
+#include <MXF/Zelm/DataIO/Memory/MemoryBlockFactory.h>
+
+#include <deque>
+#include <stdexcept>
+
+namespace Zelm {
+
+/// The inputs or options do not go together: the message says why.
+struct CannotWrap : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+struct WrapTrack {
+    std::string name;    ///< "v1", "a2", "d1" within its file
+    char kind = 'd';     ///< picture, sound or data: v, a, d
+    std::string input;   ///< the file that it comes from
+    std::string essence; ///< what it is, for people: "MPEG-2 video"
+    std::shared_ptr<TrackTap> tap;
+    MXF::Zelm::GenericContainer::Wrapping wrapping = MXF::Zelm::GenericContainer::Wrapping::Frame;
+    std::size_t source = 0; ///< tracks with the same number are read from one source
+
+    /// Of sound, which goes on in silence behind its end; null for all else.
+    std::shared_ptr<SilentTail> tail = nullptr;
+    MXF::Zelm::Essence::Wave::WaveFormat format = {};    ///< the same, of the input
+    std::optional<std::uint64_t> samples = std::nullopt; ///< of the input, if it tells
+
+    std::shared_ptr<void> keeps = nullptr; ///< what the analyzer reads from
+};
+
+/// How the tracks are to be made.
+struct TrackOptionsOfWrap {
+    std::optional<unsigned> channels;              ///< of a track of sound; 0 for all of a file
+    MXF::Zelm::Essence::Wave::WaveFormat pcm = {}; ///< of inputs that are samples and nothing else
+    bool asData = false;                           ///< inputs that nobody knows are data
+};
+
+/// What makers of tracks know and what they make.
+struct TrackMaking {
+    Layout const& layout;
+    TrackOptionsOfWrap const& options;
+    SharedDictionary dictionary;
+
+    /// Content packages a second; not known while inputs with a rate of their own are being opened.
+    EditRate rate = {};
+
+    /// Of all inputs together, so that one's spare blocks serve another.
+    std::shared_ptr<MXF::Zelm::DataIO::BlockFactory> blocks =
+        std::make_shared<MXF::Zelm::DataIO::Memory::MemoryBlockFactory>();
+
+    std::size_t sources = 0;
+    std::shared_ptr<std::vector<std::string>> dataFiles = nullptr; ///< edit units of the data track
+
+    bool isPreset(std::string_view name) const { return layout.isPreset(name); }
+
+    /// How a track of sound is to be wrapped.
+    MXF::Zelm::GenericContainer::Wrapping soundWrapping() const;
+    unsigned channelsPerTrack() const;
+
+    /// Tracks of one input are written one after the other, so that each wants a source of its own.
+    bool wantsOwnSources() const;
+};
+
+} // namespace Zelm
