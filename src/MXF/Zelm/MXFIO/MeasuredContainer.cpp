@@ -1,99 +1,71 @@
 #include "MXF/Zelm/MXFIO/MeasuredContainer.h"
 
 #include "MXF/Zelm/MXFIO/ClipUnits.h"
-#include "MXF/Zelm/MXFIO/MetadataArea.h"
 #include "MXF/Zelm/MXFIO/Updater.h"
 #include "MXF/Zelm/MXFIO/WalkedIndex.h"
-
-#include <algorithm>
 
 namespace MXF::Zelm::MXFIO {
 
 using GenericContainer::ElementKey;
 using Index = MeasuredContainer::Index;
 
-namespace {
-
-/// Bytes at the start of a clip that are looked for again, and how far.
-constexpr std::size_t patternSize = 6;
-constexpr std::uint64_t mostSearched = 8 << 20;
-
-/// Edit units that must begin in the same way, and the most that are looked at.
-constexpr std::uint64_t fewestUnits = 3, mostUnits = 64;
-
-bool isPositive(Templates::Rational<int> const& rate) { return rate.numerator > 0 && rate.denominator > 0; }
-
-/// Whether the edit units of a clip, if they have `size` bytes, begin as the first does: as many as there
-/// are, or some at even distances.
-bool beginsAlike(DataIO::RandomAccessDataSource& source, std::uint64_t offset, std::uint64_t length,
-                 std::uint64_t size, Bytes const& pattern) {
-    std::uint64_t const units = length / size;
-    if (units < fewestUnits)
-        return false;
-    std::uint64_t const step = std::max<std::uint64_t>(units / mostUnits, 1);
-    for (std::uint64_t unit = 1; unit < units; unit += unit < fewestUnits ? 1 : step)
-        if (readBytes(source, offset + unit * size, patternSize) != pattern)
-            return false;
-    return true;
-}
-
-} // namespace
-
-ClipUnitSize clipUnitSize(EssenceTrack const& track, std::uint64_t declaredLength) {
-    auto const& samples = track.samples;
-    if (samples.bytes != 0 && isPositive(samples.rate)) {
-        if (!isPositive(track.editRate))
-            return {samples.bytes, samples.rate};
-        auto const over = std::int64_t{samples.rate.numerator} * track.editRate.denominator;
-        auto const under = std::int64_t{samples.rate.denominator} * track.editRate.numerator;
-        return over % under == 0
-                   ? ClipUnitSize{samples.bytes * static_cast<std::uint64_t>(over / under), track.editRate}
-                   : ClipUnitSize{samples.bytes, samples.rate};
-    }
-    auto const units = static_cast<std::uint64_t>(std::max<std::int64_t>(track.duration, 0));
-    return units != 0 && declaredLength != 0 && declaredLength % units == 0
-               ? ClipUnitSize{declaredLength / units, track.editRate}
-               : ClipUnitSize{};
-}
-
-std::uint64_t repeatedUnitSize(DataIO::RandomAccessDataSource& source, std::uint64_t offset,
-                               std::uint64_t length) {
-    auto const bytes = readBytes(source, offset, std::min(length, mostSearched));
-    if (bytes.size() < patternSize)
-        return 0;
-    Bytes const pattern(bytes.begin(), bytes.begin() + patternSize);
-    if (std::count(pattern.begin(), pattern.end(), pattern.front()) == patternSize)
-        return 0; // silence or black tells nothing
-    for (auto found = bytes.begin() + 1;; ++found) {
-        found = std::search(found, bytes.end(), pattern.begin(), pattern.end());
-        if (found == bytes.end())
-            return 0;
-        auto const size = static_cast<std::uint64_t>(found - bytes.begin());
-        if (length / size < fewestUnits)
-            return 0;
-        if (beginsAlike(source, offset, length, size, pattern))
-            return size;
-    }
-}
-
-ContainerMeasurer::ContainerMeasurer(Reader2& reader, EssenceContainer const& container, bool wholeUnits,
-                                     ClipUnitSize const* clip)
-    : container_(container),
+ContainerMeasurer::ContainerMeasurer(DataIO::RandomAccessDataSource& source, Reader2& reader,
+                                     EssenceContainer const& container, bool wholeUnits, CutClip const* cut)
+    : source_(source),
+      container_(container),
       wholeUnits_(wholeUnits),
-      isClip_(clip != nullptr),
-      clip_(isClip_ ? *clip : ClipUnitSize()),
+      cut_(cut),
+      clip_(cut_ != nullptr ? cut_->unit : ClipUnitSize()),
       essence_(reader, container) {}
 
 MeasuredContainer
 ContainerMeasurer::measure(std::function<bool(std::uint64_t, std::uint64_t)> const& progress) {
     if (essence_.stream().length() == 0)
         measureNothing();
-    else if (isClip_ || essence_.wrapping() == GenericContainer::Wrapping::Clip)
+    else if (isClip())
         measureClip();
     else
         measureFrames(progress);
     return std::move(measured_);
 }
+
+// Clips or edit units.
+
+bool ContainerMeasurer::isClip() {
+    using GenericContainer::Wrapping;
+    if (cut_ != nullptr)
+        return cut_->holdsSeveral;
+    if (wholeUnits_ && container_.wrapping() == Wrapping::Frame)
+        return isOneClip();
+    return essence_.wrapping() == Wrapping::Clip;
+}
+
+/// Whether there is one element alone, and it holds several edit units. A duration does not prove it: the
+/// others may have been cut off.
+bool ContainerMeasurer::isOneClip() {
+    essence_.stream().seek(0);
+    auto const only = nextElement();
+    if (!only || nextElement())
+        return false;
+    if (auto const* const table = essence_.seeker().table(); table != nullptr && table->size() != 0) {
+        auto const second = IndexTables::EditUnitLocator(*table, {std::nullopt, only->headLength}).locate(1);
+        return second && second->streamOffset < only->end();
+    }
+    return holdsSeveralUnits(source_, container_, placeOf(*only));
+}
+
+std::optional<PacketHead> ContainerMeasurer::nextElement() {
+    auto head = essence_.stream().nextPacket();
+    while (head && !ElementKey::isContent(head->key))
+        head = essence_.stream().nextPacket();
+    return head;
+}
+
+ElementPlace ContainerMeasurer::placeOf(PacketHead const& head) {
+    return {head.key, head.fileOffset + head.headLength, head.length, head.length};
+}
+
+// Measuring.
 
 /// The essence may stand in another file; of one that was cut off it is not there.
 void ContainerMeasurer::measureNothing() {
@@ -122,17 +94,13 @@ void ContainerMeasurer::measureFrames(std::function<bool(std::uint64_t, std::uin
 }
 
 void ContainerMeasurer::measureClip() {
-    auto& stream = essence_.stream();
-    stream.seek(0);
-    std::optional<PacketHead> head;
-    do
-        head = stream.nextPacket();
-    while (head && !ElementKey::isContent(head->key));
+    essence_.stream().seek(0);
+    auto const head = nextElement();
     if (!head)
         return;
+    if (clip_.bytes == 0)
+        clip_ = clipUnitSize(source_, container_, placeOf(*head));
     auto const* const track = container_.trackByNumber(ElementKey(head->key).trackNumber());
-    if (track != nullptr && clip_.bytes == 0)
-        clip_ = clipUnitSize(*track, head->length);
     SampleGrid const grid =
         track != nullptr ? SampleGrid(track->samples, container_.editRate()) : SampleGrid();
     if (grid.isKnown())
@@ -140,15 +108,17 @@ void ContainerMeasurer::measureClip() {
     else if (clip_.bytes != 0)
         measured_.units = static_cast<std::int64_t>(head->length / clip_.bytes);
     std::uint64_t const first = head->streamOffset + head->headLength;
-    bool const isCut = clip_.bytes != 0 && clip_.bytes <= UINT32_MAX;
-    if (!isCut)
+    if (clip_.bytes == 0 || clip_.bytes > UINT32_MAX)
         return; // an index table that is there is the only one there can be
     judge({first + head->length, first}, {});
-    if (!lacksIndex())
-        return;
+    if (lacksIndex())
+        makeClipIndex(head->length);
+}
+
+void ContainerMeasurer::makeClipIndex(std::uint64_t length) {
     auto segment = std::make_unique<IndexTables::IndexTableSegment>(std::uint8_t{4});
     segment->indexEditRate(Types::Rational(clip_.rate));
-    segment->indexDuration(Types::Length(static_cast<std::int64_t>(head->length / clip_.bytes)));
+    segment->indexDuration(Types::Length(static_cast<std::int64_t>(length / clip_.bytes)));
     segment->indexSID(Types::UInt32(container_.indexSID));
     segment->bodySID(Types::UInt32(container_.bodySID));
     segment->editUnitByteCount(Types::UInt32(static_cast<std::uint32_t>(clip_.bytes)));

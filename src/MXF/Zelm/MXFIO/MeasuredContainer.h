@@ -2,27 +2,13 @@
 #pragma once
 
 #include "MXF/Zelm/MXFIO/CommonPartitionWriter.h"
+#include "MXF/Zelm/MXFIO/CutClip.h"
 #include "MXF/Zelm/MXFIO/EssenceReader.h"
 #include "MXF/Zelm/MXFIO/RepairDurations.h"
 
 #include <functional>
 
 namespace MXF::Zelm::MXFIO {
-
-/// Edit units of one size in a clip.
-struct ClipUnitSize {
-    std::uint64_t bytes = 0; ///< 0 when it is not known
-    Templates::Rational<int> rate = {};
-};
-
-/// The size of a track's edit units in a clip, for an index table: by its samples, or by `declaredLength`,
-/// the bytes that the clip was to have, and the track's duration.
-ClipUnitSize clipUnitSize(EssenceTrack const& track, std::uint64_t declaredLength);
-
-/// The same by the essence itself: what stands at the start of the clip comes again at constant distances.
-/// 0 where it does not. Looks at some MiB.
-std::uint64_t repeatedUnitSize(DataIO::RandomAccessDataSource& source, std::uint64_t offset,
-                               std::uint64_t length);
 
 struct MeasuredContainer {
     enum class Index {
@@ -44,10 +30,11 @@ struct MeasuredContainer {
 
 class ContainerMeasurer {
 public:
-    /// `wholeUnits`: the file was cut off, a part of an edit unit at the end of a clip does not count. `clip`
-    /// is given for what is known to be a clip, with what is known of its edit units.
-    ContainerMeasurer(Reader2& reader, EssenceContainer const& container, bool wholeUnits,
-                      ClipUnitSize const* clip);
+    /// `source` is what `reader` reads; both are moved. `wholeUnits`: the file was cut off, a part of an edit
+    /// unit at the end of a clip does not count, and durations prove nothing. `cut` is the
+    /// container's clip that was never finished, null when there is none.
+    ContainerMeasurer(DataIO::RandomAccessDataSource& source, Reader2& reader,
+                      EssenceContainer const& container, bool wholeUnits, CutClip const* cut);
 
     /// Throws as BodyStream::peekPacket does, and UpdateCancelled.
     MeasuredContainer measure(std::function<bool(std::uint64_t, std::uint64_t)> const& progress);
@@ -55,16 +42,22 @@ public:
 private:
     using Offsets = std::function<std::optional<std::uint64_t>(std::int64_t)>;
 
+    bool isClip();
+    bool isOneClip();
+    ElementPlace placeOf(PacketHead const& head);
+    std::optional<PacketHead> nextElement();
     void measureNothing();
     void measureFrames(std::function<bool(std::uint64_t, std::uint64_t)> const& progress);
     void measureClip();
+    void makeClipIndex(std::uint64_t length);
     void judge(IndexTables::EssenceExtent const& extent, Offsets const& offsetOf);
     void take(IndexTables::IndexTable const& table);
     bool lacksIndex() const;
 
+    DataIO::RandomAccessDataSource& source_;
     EssenceContainer const& container_;
     bool wholeUnits_;
-    bool isClip_;
+    CutClip const* cut_;
     ClipUnitSize clip_;
     EssenceReader essence_;
     MeasuredContainer measured_;
