@@ -198,6 +198,11 @@ TEST(Repairer, SaysWhatAFileLacks) {
     file.cut(1000);
     EXPECT_EQ(thrownBy<Exceptions::InvalidStructure>([&] { file.open(); }),
               "The file cannot be repaired: it ends amid the header metadata");
+    Bytes longPack = file.original;
+    longPack[17] = 0x10; // of its length
+    file.write(longPack);
+    EXPECT_EQ(thrownBy<Exceptions::InvalidStructure>([&] { file.open(); }),
+              "The file cannot be repaired: it ends amid the header partition pack");
     // Damage in the middle is no cut: essence behind it would be lost.
     OpenFile sound(file.original);
     Bytes damaged = file.original;

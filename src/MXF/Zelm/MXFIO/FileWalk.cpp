@@ -53,6 +53,9 @@ std::optional<std::uint64_t> findPack(DataIO::RandomAccessDataSource& source, st
 FileWalk::FileWalk(DataIO::RandomAccessDataSource& source, std::uint64_t start, Progress const& progress)
     : source_(source), window_(source, nullptr), start_(start), size_(sizeOf(source)), at_(start) {
     walk(progress);
+    if (partitions_.empty())
+        throw Exceptions::at(start_, Exceptions::InvalidStructure("The file cannot be repaired: it ends amid "
+                                                                  "the header partition pack"));
     if (randomIndex_)
         return;
     requireNothingMore();
@@ -104,6 +107,8 @@ void FileWalk::take(PacketHead const& head, std::uint64_t end) {
         openPartition(head, end);
         return;
     }
+    if (partitions_.empty())
+        return;
     auto& partition = partitions_.back();
     if (head.key == Packs::RandomIndexPack::key()) {
         closePartition(at_);
