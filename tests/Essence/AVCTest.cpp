@@ -72,7 +72,7 @@ TEST(AVC, ReadsParameterSets) {
         ParameterSets sets;
         auto const unit = AccessUnit::read(chain(firstPicture, piece), sets);
         EXPECT_TRUE(unit.hasSequenceParameters && unit.hasPictureParameters && unit.reachesSlices);
-        auto const* const sequence = sets.sequence(0);
+        auto const sequence = sets.sequence(0);
         ASSERT_TRUE(sequence != nullptr && sets.picture(0) != nullptr && sequence->usability);
         EXPECT_EQ(sequence->profile, 100);
         EXPECT_EQ(sequence->level, 30);
@@ -108,7 +108,8 @@ void takeSets(ParameterSets& sets, Bits const& order, bool isFields) {
     bits.put(1, 1).put(0, 1).put(0, 1); // no crop, no usability
     sets.take(SequenceParameterSet::read(bits.unit(NalType::SequenceParameters)));
     sets.take(PictureParameterSet::read(
-        Bits().code(0).code(0).put(0, 1).put(1, 1).unit(NalType::PictureParameters)));
+        Bits().code(0).code(0).put(0, 1).put(1, 1).code(0).code(0).code(0).put(0, 3).put(7, 3).put(0, 3).unit(
+            NalType::PictureParameters)));
 }
 
 Bits sequenceStart() {

@@ -1,5 +1,6 @@
 #include "WrapKinds.h"
 
+#include "WrapPictures.h"
 #include "WrapSounds.h"
 
 #include <MXF/Zelm/DataIO/File/FileSliceSource.h>
@@ -152,6 +153,8 @@ void addData(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>&
 constexpr InputKind inputKinds[] = {
     {"mxf", "MXF file", isMxf, true, addMxf},
     {"wave", "Wave file", isWave, false, addWave},
+    {"dv", "DV video", isDv, true, addDv},
+    {"avc", "AVC video", isAvc, true, addAvc},
     {"d10", "D-10 video", isD10, true, addD10},
     {"mpeg2", "MPEG-2 video", isVideo, true, addMpeg},
     {"samples", "samples (--pcm)", isSamples, false, addSamples},

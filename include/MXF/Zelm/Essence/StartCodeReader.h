@@ -36,8 +36,12 @@ public:
     std::optional<Code> next();
 
     /// Passes over up to `maximumToSkip` bytes to the first start code for which `begins` holds, where the
-    /// first unit then begins. Absent when there is none.
-    std::optional<Code> find(bool (*begins)(std::uint8_t code), std::uint64_t maximumToSkip);
+    /// first unit then begins, or at a zero before it if it `takesZero`. Absent when there is none.
+    std::optional<Code> find(bool (*begins)(std::uint8_t code), std::uint64_t maximumToSkip,
+                             bool takesZero = false);
+
+    /// The position of the zero byte before `position`, if there is one in the unit; else `position`.
+    std::uint64_t zeroBefore(std::uint64_t position) const;
 
     /// Where the unit begins that is being read, and the bytes from there on that were read.
     std::uint64_t start() const { return start_; }

@@ -58,8 +58,15 @@ std::optional<StartCodeReader::Code> StartCodeReader::next() {
     }
 }
 
+std::uint64_t StartCodeReader::zeroBefore(std::uint64_t position) const {
+    unsigned char before = 1;
+    if (position > start_)
+        bytes_.copyTo(&before, 1, position - 1 - start_);
+    return before == 0 ? position - 1 : position;
+}
+
 std::optional<StartCodeReader::Code> StartCodeReader::find(bool (*begins)(std::uint8_t code),
-                                                           std::uint64_t maximumToSkip) {
+                                                           std::uint64_t maximumToSkip, bool takesZero) {
     std::uint64_t const from = start_;
     while (finder_.searchedTo() - from <= maximumToSkip) {
         if (auto const position = finder_.next()) {
@@ -68,10 +75,11 @@ std::optional<StartCodeReader::Code> StartCodeReader::find(bool (*begins)(std::u
                 return std::nullopt;
             if (!begins(code->value))
                 continue;
-            cut(*position);
+            cut(takesZero ? zeroBefore(*position) : *position);
             return start_ - from <= maximumToSkip ? code : std::nullopt;
         }
-        cut(finder_.searchedTo());
+        if (finder_.searchedTo() > start_)
+            cut(finder_.searchedTo() - 1); // which may be the zero
         if (!readMore())
             return std::nullopt;
     }

@@ -15,6 +15,7 @@
 namespace MXF::Zelm::GenericContainer {
 
 class GroupStatistics;
+class SizeStatistics;
 
 /// One coded frame, or both fields of one, with the headers before it.
 struct MXFZELM_EXPORT CodedPicture {
@@ -79,6 +80,9 @@ protected:
 
     /// What the pictures given so far have in common.
     GroupStatistics const& groups() const;
+
+    /// The sizes of the pictures read so far.
+    SizeStatistics const& sizes() const;
 
 private:
     struct State;

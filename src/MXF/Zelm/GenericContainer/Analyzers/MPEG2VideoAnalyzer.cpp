@@ -5,6 +5,7 @@
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/MPEGDescriptor.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/MPEGLabels.h"
+#include "MXF/Zelm/GenericContainer/Analyzers/StreamTimecode.h"
 
 namespace MXF::Zelm::GenericContainer {
 
@@ -13,14 +14,6 @@ namespace {
 using Essence::MPEG::VideoCutter;
 using Metadata::Structural::FileDescriptor;
 using Metadata::Structural::MPEG2VideoDescriptor;
-
-/// Undefined when the header has none that a clock shows.
-Utils::TimeCode timecodeOf(Essence::MPEG::GroupHeader const& group, Templates::Rational<int> const& rate) {
-    auto const frames = Utils::TimeBase::ofEditRate(rate, false).framesPerSecond();
-    Utils::TimeBase const base(frames, group.dropFrame && Utils::TimeBase::canDrop(frames));
-    Utils::TimeAddress const address{group.hours, group.minutes, group.seconds, group.pictures};
-    return Utils::TimeCode::isValid(base, address) ? Utils::TimeCode(base, address) : Utils::TimeCode();
-}
 
 } // namespace
 
@@ -70,7 +63,9 @@ bool MPEG2VideoAnalyzer::take(CodedPicture& coded) {
         coded.isProgressive = headers.sequence->isProgressive();
     if (headers.group) {
         coded.closedGroup = headers.group->closed;
-        coded.timecode = timecodeOf(*headers.group, streamRate());
+        auto const& time = *headers.group;
+        coded.timecode = streamTimecode({time.hours, time.minutes, time.seconds, time.pictures},
+                                        time.dropFrame, streamRate());
         coded.isTimecodeOfGroup = true;
     }
     return true;

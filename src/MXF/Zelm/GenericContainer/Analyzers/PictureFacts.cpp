@@ -120,19 +120,25 @@ void describeSampling(CDCIEssenceDescriptor& descriptor, PictureFacts const& fac
     descriptor.colorRange(Types::UInt32(facts.isFullRange ? 256 * unit : 224 * unit + 1));
 }
 
+/// The field that is shown first is field 1. Where that is the bottom one, the other begins a line above it.
+void describeRaster(CDCIEssenceDescriptor& descriptor, PictureFacts const& facts) {
+    auto const* const raster = rasterOf(facts);
+    std::int32_t const above = facts.isTopFirst.value_or(true) ? 0 : 1;
+    descriptor.videoLineMap(raster != nullptr ? raster->firstLine[0] : 0,
+                            raster != nullptr ? raster->firstLine[1] - above : 0);
+    if (raster != nullptr)
+        descriptor.signalStandard(Types::SignalStandard(raster->signalStandard));
+    if (facts.isTopFirst)
+        descriptor.fieldDominance(Types::UInt8(1));
+}
+
 } // namespace
 
 void describePictureFacts(CDCIEssenceDescriptor& descriptor, PictureFacts const& facts) {
     describeSizes(descriptor, facts);
     describeSampling(descriptor, facts);
     descriptor.aspectRatio(Types::Rational(facts.aspectRatio));
-    auto const* const raster = rasterOf(facts);
-    descriptor.videoLineMap(raster != nullptr ? raster->firstLine[0] : 0,
-                            raster != nullptr ? raster->firstLine[1] : 0);
-    if (raster != nullptr)
-        descriptor.signalStandard(Types::SignalStandard(raster->signalStandard));
-    if (facts.isTopFirst)
-        descriptor.fieldDominance(Types::UInt8(*facts.isTopFirst ? 1 : 2));
+    describeRaster(descriptor, facts);
     describeColours(descriptor, facts.colours);
 }
 

@@ -2,9 +2,11 @@
 
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/GroupStatistics.h"
+#include "MXF/Zelm/GenericContainer/Analyzers/SizeStatistics.h"
 #include "MXF/Zelm/GenericContainer/ElementKey.h"
 
 #include <algorithm>
+#include <cmath>
 #include <deque>
 
 namespace MXF::Zelm::GenericContainer {
@@ -16,6 +18,9 @@ constexpr unsigned char frameWrappedMPEG = 0x05;
 /// As many intra pictures in a row make a stream of intra pictures alone.
 constexpr std::size_t lookAhead = 8;
 
+/// Rates above count as this one.
+constexpr double mostPerSecond = 1000;
+
 bool isPredicted(CodedPicture const& coded) { return coded.picture.type != Essence::Picture::Type::I; }
 
 } // namespace
@@ -26,6 +31,7 @@ struct VideoAnalyzer::State : Platform::Allocated {
     std::size_t ordered = 0;        // of them, those that `order` has taken
     Essence::PictureOrder order;
     GroupStatistics groups;
+    SizeStatistics sizes;
     Utils::TimeCode timecode;
 };
 
@@ -39,6 +45,7 @@ bool VideoAnalyzer::fetch() {
         state_->hasEnded = true;
         return false;
     }
+    state_->sizes.add(picture.data.size());
     state_->ahead.push_back(std::move(picture));
     return true;
 }
@@ -47,7 +54,11 @@ bool VideoAnalyzer::preload() {
     auto& state = *state_;
     if (state.isOpen)
         return true;
-    if (!open() || !editRate().isKnown() || !fetch())
+    if (!open() || !editRate().isKnown() || editRate().numerator <= 0)
+        return false;
+    state.sizes.picturesInSecond(
+        static_cast<std::size_t>(std::lround(std::clamp(editRate().toDouble(), 1.0, mostPerSecond))));
+    if (!fetch())
         return false;
     auto const& ahead = state.ahead;
     auto const hasPredicted = [&] { return std::any_of(ahead.begin(), ahead.end(), isPredicted); };
@@ -67,6 +78,7 @@ Templates::Rational<int> VideoAnalyzer::editRate() const {
 bool VideoAnalyzer::containsTemporalDependencies() const { return state_->isReordered; }
 bool VideoAnalyzer::isIntraOnly() const { return state_->isIntraOnly; }
 GroupStatistics const& VideoAnalyzer::groups() const { return state_->groups; }
+SizeStatistics const& VideoAnalyzer::sizes() const { return state_->sizes; }
 Utils::TimeCode VideoAnalyzer::currentTimeCode() const { return state_->timecode; }
 unsigned char VideoAnalyzer::itemTypeIdentifier() const { return ElementKey::Picture; }
 unsigned char VideoAnalyzer::essenceElementType() const { return frameWrappedMPEG; }
