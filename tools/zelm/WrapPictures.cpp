@@ -20,7 +20,8 @@ bool isAvc(InputHead const& head, TrackMaking const&) {
     if (std::search(begin, end, std::begin(code), std::end(code)) == end)
         return false;
     Essence::AVC::ParameterSets sets;
-    return Essence::AVC::AccessUnit::read(head.bytes, sets).slice.has_value();
+    return Essence::AVC::AccessUnit::read(head.bytes, sets, Essence::AVC::AccessUnit::Part::Whole)
+        .slice.has_value();
 }
 
 bool isDv(InputHead const& head, TrackMaking const&) {
