@@ -160,7 +160,7 @@ TEST(AVC, MemoryOperation5BeginsTheCountAnew) {
         int bottom;
         unsigned operation; // 0 for none
         std::int64_t count;
-    } const rows[] = {{0, 1, 0, 0}, {12, 1, 0, 12}, {14, -3, 5, 0}, {5, 1, 0, 5}, {7, 1, 0, 7}};
+    } const rows[] = {{0, 1, 0, 0}, {6, 1, 0, 6}, {8, -3, 5, 0}, {5, 1, 0, 5}, {7, 1, 0, 7}};
     for (auto const& row : rows) {
         bool const isFirst = &row == rows;
         Bits bits = Bits().code(0).code(isFirst ? 7 : 5).code(0).put(0, 4);

@@ -73,7 +73,13 @@ TEST(AVCAnalyzer, RefusesWhatIsNoneAndThrowsAmidTheStream) {
     EXPECT_FALSE(analyzerOf(avcParameters())->preload());
     auto const unknownSet = hex("00 00 00 01 09 10 00 00 01 41 9A 0E 6C"); // the slice names set 55
     auto const analyzer = analyzerOf(smallStream() + unknownSet + smallStream());
-    EXPECT_THROW(analyzer->preload(), Exceptions::InvalidFormat);
+    ASSERT_TRUE(analyzer->preload());
+    EXPECT_THROW(
+        {
+            for (EditUnit unit; analyzer->nextEditUnit(unit);)
+                continue;
+        },
+        Exceptions::InvalidFormat);
 }
 
 } // namespace MXF::Zelm::Test
