@@ -233,6 +233,8 @@ std::size_t SequenceParameterSet::mostReordered() const {
         return 0;
     if (usability && usability->reorderedFrames)
         return *usability->reorderedFrames;
+    if (isIntraProfile())
+        return 0;
     auto const* const held = std::find_if(std::begin(heldMacroblocks), std::end(heldMacroblocks) - 1,
                                           [this](HeldMacroblocks const& row) { return level <= row.level; });
     std::uint32_t const macroblocks = codedWidth / macroblock * (codedHeight / macroblock);

@@ -178,13 +178,13 @@ void describeAVCGroups(CDCIEssenceDescriptor& descriptor, AVCStatistics const& s
     put(*sub, Rows::identicalGOP, Types::Boolean(groups.areIdentical()));
     put(*sub, Rows::maximumGOP, Types::UInt16(capped<std::uint16_t>(groups.longest())));
     put(*sub, Rows::maximumBPictures, Types::UInt16(capped<std::uint16_t>(groups.mostBPictures())));
-    double const average = static_cast<double>(statistics.sizes.total()) * 8 * statistics.rate.toDouble() /
-                           static_cast<double>(groups.pictures());
-    put(*sub, Rows::averageBitRate,
-        Types::UInt32(capped<std::uint32_t>(static_cast<std::uint64_t>(average))));
+    auto const average =
+        static_cast<std::uint64_t>(static_cast<double>(statistics.sizes.total()) * 8 *
+                                   statistics.rate.toDouble() / static_cast<double>(groups.pictures()));
+    put(*sub, Rows::averageBitRate, Types::UInt32(capped<std::uint32_t>(average)));
+    auto const most = std::max(average, statistics.sizes.mostInSecond() * 8); // of less than a second too
     if (sub->findElement(Rows::maximumBitRate.label) == nullptr)
-        put(*sub, Rows::maximumBitRate,
-            Types::UInt32(capped<std::uint32_t>(statistics.sizes.mostInSecond() * 8)));
+        put(*sub, Rows::maximumBitRate, Types::UInt32(capped<std::uint32_t>(most)));
 }
 
 } // namespace MXF::Zelm::GenericContainer
