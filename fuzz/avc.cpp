@@ -17,14 +17,11 @@ void count(DataIO::Chain const& bytes) {
         auto const unit = AccessUnit::read(bytes, sets, part);
         if (!unit.slice)
             continue;
-        auto const* const picture = sets.picture(unit.slice->pictureSetID);
-        Fuzz::require(picture != nullptr);
-        if (auto const* const sequence = sets.sequence(picture->sequenceID)) {
-            Fuzz::require(sequence->width() <= sequence->codedWidth &&
-                          sequence->height() <= sequence->codedHeight);
-            for (int i = 0; i < 3; ++i)
-                counter.next(*sequence, *picture, *unit.slice);
-        }
+        Fuzz::require(unit.parameters && unit.sequence);
+        auto const& sequence = *unit.sequence;
+        Fuzz::require(sequence.width() <= sequence.codedWidth && sequence.height() <= sequence.codedHeight);
+        for (int i = 0; i < 3; ++i)
+            counter.next(sequence, *unit.parameters, *unit.slice);
     }
 }
 

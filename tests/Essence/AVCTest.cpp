@@ -1,5 +1,6 @@
-#include "MXF/Zelm/Essence/AVC/AccessUnit.h"
-#include "support/Bytes.h"
+#include "MXF/Zelm/DataIO/BufferSliceSource.h"
+#include "MXF/Zelm/Essence/AVC/AccessUnitCutter.h"
+#include "support/AVCStream.h"
 
 #include <algorithm>
 
@@ -45,24 +46,6 @@ private:
     std::vector<bool> bits_;
 };
 
-// From an encoder: 640 x 360, high profile, 25 frames a second, then the heads of I, P and B pictures.
-Bytes const parameters = hex(R"(
-    00 00 00 01  67 64 00 1E AC D9 40 A0 2F F9 70 11 00 00 03 00 01 00 00 03 00 32 0F 16 2D 96
-    00 00 00 01  68 EA E3 CB 22 C0
-)");
-Bytes const firstPicture = parameters + hex(R"(
-    00 00 01  06 06 01 C4 80                 # recovery point, 0 frames, exact
-    00 00 01  65 88 84 01 7F D4 57 6D 7D DA 78 15
-)");
-std::pair<Bytes, std::int64_t> const pictures[] = {
-    // and where it is shown
-    {firstPicture, 0},
-    {hex("00 00 00 01 41 9A 22 6C 49 FF BA F6 B3 5A 01 9F"), 4},
-    {hex("00 00 00 01 01 9E 41 79 0B 7F F1 10 5A 8F 37 E7"), 2},
-    {hex("00 00 00 01 41 9A 44 18 24 FF EB 85 96 25 D1 C0"), 8},
-    {hex("00 00 00 01 01 9E 63 44 2D FF B6 B5 3E 96 4A 63"), 6},
-};
-
 Bytes prefixed(Bytes const& unit) { return number(static_cast<std::uint32_t>(unit.size())) + unit; }
 
 } // namespace
@@ -70,9 +53,9 @@ Bytes prefixed(Bytes const& unit) { return number(static_cast<std::uint32_t>(uni
 TEST(AVC, ReadsParameterSets) {
     for (std::size_t const piece : {SIZE_MAX, std::size_t{1}}) {
         ParameterSets sets;
-        auto const unit = AccessUnit::read(chain(firstPicture, piece), sets);
+        auto const unit = AccessUnit::read(chain(avcFirstPicture(), piece), sets);
         EXPECT_TRUE(unit.hasSequenceParameters && unit.hasPictureParameters && unit.reachesSlices);
-        auto const* const sequence = sets.sequence(0);
+        auto const sequence = sets.sequence(0);
         ASSERT_TRUE(sequence != nullptr && sets.picture(0) != nullptr && sequence->usability);
         EXPECT_EQ(sequence->profile, 100);
         EXPECT_EQ(sequence->level, 30);
@@ -92,7 +75,7 @@ TEST(AVC, ReadsParameterSets) {
 TEST(AVC, OrderCountsOfLowBits) {
     ParameterSets sets;
     PictureOrderCounter counter;
-    for (auto const& [bytes, shown] : pictures) {
+    for (auto const& [bytes, shown] : avcPictures()) {
         auto const unit = AccessUnit::read(chain(bytes), sets);
         ASSERT_TRUE(unit.slice);
         EXPECT_EQ(counter.next(*sets.sequence(0), *sets.picture(0), *unit.slice), shown);
@@ -108,7 +91,8 @@ void takeSets(ParameterSets& sets, Bits const& order, bool isFields) {
     bits.put(1, 1).put(0, 1).put(0, 1); // no crop, no usability
     sets.take(SequenceParameterSet::read(bits.unit(NalType::SequenceParameters)));
     sets.take(PictureParameterSet::read(
-        Bits().code(0).code(0).put(0, 1).put(1, 1).unit(NalType::PictureParameters)));
+        Bits().code(0).code(0).put(0, 1).put(1, 1).code(0).code(0).code(0).put(0, 3).put(7, 3).put(0, 3).unit(
+            NalType::PictureParameters)));
 }
 
 Bits sequenceStart() {
@@ -167,6 +151,30 @@ TEST(AVC, OrderCountsOfFrameNumbers) {
     }
 }
 
+TEST(AVC, MemoryOperation5BeginsTheCountAnew) {
+    ParameterSets sets;
+    takeSets(sets, sequenceStart().code(0).code(0), false);
+    PictureOrderCounter counter;
+    struct {
+        unsigned low;
+        int bottom;
+        unsigned operation; // 0 for none
+        std::int64_t count;
+    } const rows[] = {{0, 1, 0, 0}, {6, 1, 0, 6}, {8, -3, 5, 0}, {5, 1, 0, 5}, {7, 1, 0, 7}};
+    for (auto const& row : rows) {
+        bool const isFirst = &row == rows;
+        Bits bits = Bits().code(0).code(isFirst ? 7 : 5).code(0).put(0, 4);
+        if (isFirst)
+            bits.code(0);
+        bits.put(row.low, 4).sign(row.bottom).put(0, 1).put(0, 1).put(row.operation != 0, 1);
+        if (row.operation != 0)
+            bits.code(3).code(0).code(1).code(row.operation).code(0); // behind one with two numbers
+        auto const slice = SliceHeader::read(bits.unit(isFirst ? NalType::IDRSlice : NalType::Slice), sets);
+        EXPECT_EQ(slice.resetsMemory, row.operation == 5) << row.low;
+        EXPECT_EQ(counter.next(*sets.sequence(0), *sets.picture(0), slice), row.count) << row.low;
+    }
+}
+
 TEST(AVC, TwoFieldsAndSeveralSlices) {
     ParameterSets sets;
     takeSets(sets, sequenceStart().code(2), true);
@@ -186,6 +194,56 @@ TEST(AVC, TwoFieldsAndSeveralSlices) {
     EXPECT_TRUE(whole.secondField->isBottomField && whole.secondField->type == SliceType::P);
 }
 
+TEST(AVC, CutsFramesAndPairsOfFields) {
+    auto const coded = [](unsigned char header, Bits const& bits) {
+        auto const unit = bits.unit(NalType::Slice);
+        Bytes bytes(static_cast<std::size_t>(unit.payload.size()));
+        unit.payload.copyTo(bytes.data(), bytes.size());
+        return hex("00 00 01") + Bytes{header} + bytes;
+    };
+    auto const field = [&](unsigned frame, unsigned bottom, unsigned macroblock = 0) {
+        return coded(0x21, Bits().code(macroblock).code(7).code(0).put(frame, 4).put(1, 1).put(bottom, 1));
+    };
+    Bits const sequence =
+        sequenceStart().code(2).code(1).put(0, 1).code(0).code(0).put(0, 2).put(1, 1).put(0, 2);
+    auto const sets =
+        coded(0x67, sequence) +
+        coded(0x68, Bits().code(0).code(0).put(0, 2).code(0).code(0).code(0).put(0, 3).put(7, 3).put(0, 3));
+    auto const delimiter = hex("00 00 00 01 09 10"), message = hex("00 00 01 06 05 01 00 80");
+    std::vector<Bytes> const units = {
+        hex("00") + sets + field(3, 0) + field(3, 0, 1) + message + field(3, 1) + hex("00 00"),
+        delimiter + field(4, 1) + delimiter + field(4, 0), field(5, 0), // without its second field
+        message + field(6, 0) + field(6, 1) + hex("00 00 01 0B")};
+    Bytes stream = hex("47 47 00 00 01 41 9A");
+    for (auto const& unit : units)
+        stream = stream + unit;
+    for (std::size_t const piece : {SIZE_MAX, std::size_t{3}}) {
+        AccessUnitCutter cutter(std::make_shared<DataIO::BufferSliceSource>(chain(stream, piece)));
+        AccessUnitCutter::Unit unit;
+        bool isThere = cutter.findStart(100, unit);
+        for (auto const& expected : units) {
+            ASSERT_TRUE(isThere);
+            EXPECT_TRUE(unit.data.equals(expected.data(), expected.size())) << &expected - units.data();
+            EXPECT_EQ(unit.headers.secondField.has_value(), &expected != &units[2]);
+            isThere = cutter.next(unit);
+        }
+        EXPECT_FALSE(isThere);
+    }
+}
+
+TEST(AVC, PictureTimingTellsFieldsAndClock) {
+    VideoUsability usability;
+    usability.hasDelays = usability.tellsPictureStructure = true;
+    Bits bits; // delays, bottom before top, a clock for the second field: dropping, full, 10:59:58;12
+    bits.put(0, 24).put(0, 24).put(4, 4).put(0, 1).put(1, 1).put(0, 3).put(4, 5).put(1, 1).put(0, 2);
+    bits.put(12, 8).put(58, 6).put(59, 6).put(10, 5);
+    auto const timing = PictureTiming::read(bits.unit(NalType::SEI).payload, usability);
+    ASSERT_TRUE(timing.clock && timing.clock->isFull && timing.clock->dropFrame);
+    EXPECT_EQ(timing.structure, 4);
+    EXPECT_EQ(timing.clock->hours * 10000 + timing.clock->minutes * 100 + timing.clock->seconds, 105958);
+    EXPECT_EQ(timing.clock->frames, 12);
+}
+
 TEST(AVC, RefusesWhatTheStandardDoesNotAllow) {
     auto const set = NalType::SequenceParameters;
     for (auto const& unit :
@@ -199,8 +257,8 @@ TEST(AVC, RefusesWhatTheStandardDoesNotAllow) {
     ParameterSets sets;
     EXPECT_THROW(SliceHeader::read(Bits().code(0).code(7).code(0).unit(NalType::Slice), sets),
                  Exceptions::InvalidID);
-    EXPECT_THROW(NalReader(chain(firstPicture), 5), Exceptions::InvalidValue);
-    survivesEveryFault(firstPicture, [](Bytes const& bytes) {
+    EXPECT_THROW(NalReader(chain(avcFirstPicture()), 5), Exceptions::InvalidValue);
+    survivesEveryFault(avcFirstPicture(), [](Bytes const& bytes) {
         ParameterSets some;
         AccessUnit::read(chain(bytes), some, AccessUnit::Part::Whole);
     });

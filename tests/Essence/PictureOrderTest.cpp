@@ -26,9 +26,11 @@ namespace {
 
 /// The entries of MPEG pictures: "I2" an I picture with temporal reference 2, "(" before it an open group's
 /// header, "[" a closed one's, "-" a sequence header.
-std::vector<PictureEntry> entriesOf(std::string_view text) {
+std::vector<PictureEntry> entriesOf(std::string_view text,
+                                    std::optional<std::size_t> mostReordered = std::nullopt) {
     MPEG::VideoPictures pictures;
     PictureOrder order;
+    order.mostReordered(mostReordered);
     std::vector<PictureEntry> entries;
     MPEG::VideoUnit unit;
     auto const take = [&] {
@@ -67,6 +69,7 @@ TEST(PictureOrder, ClosedThenOpenGroup) {
         {1, -3, 0x22}, {1, -4, 0x33},  {-2, -5, 0x33},
     };
     EXPECT_EQ(entriesOf("-[I0 P3 B1 B2 P6 B4 B5 -(I2 B0 B1 P5 B3 B4"), expected);
+    EXPECT_EQ(entriesOf("-[I0 P3 B1 B2 P6 B4 B5 -(I2 B0 B1 P5 B3 B4", 1), expected);
     // The same without a header for the second group: the count goes on.
     EXPECT_EQ(entriesOf("-[I0 P3 B1 B2 P6 B4 B5 -I9 B7 B8 P12 B10 B11"), expected);
 }
@@ -119,10 +122,28 @@ TEST(PictureOrder, LongGroupsAreCutAndFarOffsetsSaid) {
         EXPECT_EQ(entries[i].temporalOffset, i % 2 != 0 ? 1 : -1) << i;
 }
 
-TEST(PictureOrder, AnyOrderGivesAsManyEntries) {
+TEST(PictureOrder, GivesWhatIsKnownWhenFewPicturesWait) {
     PictureOrder order;
+    order.mostReordered(2);
+    std::string given; // how much later each picture is shown, as it becomes known
+    Picture picture{Picture::Type::B, false, Picture::Access::None, false};
+    for (int const shown : {0, 8, 4, 2, 6, 16, 12, 10, 14}) {
+        picture.order = shown;
+        order.add(picture);
+        while (auto const placed = order.next())
+            given += std::to_string(placed->shownLater) + " ";
+        given += "| ";
+    }
+    EXPECT_EQ(given, "| | 0 | | | | 3 0 -2 -1 | | | ");
+    order.finish();
+    EXPECT_EQ(order.next()->shownLater, 3);
+}
+
+TEST(PictureOrder, AnyOrderGivesAsManyEntries) {
+    PictureOrder order, few;
+    few.mostReordered(3);
     std::uint32_t state = 1;
-    std::size_t count = 0;
+    std::size_t count = 0, ofFew = 0;
     for (int i = 0; i < 20000; ++i) {
         state = state * 1664525u + 1013904223u;
         Picture picture;
@@ -130,9 +151,15 @@ TEST(PictureOrder, AnyOrderGivesAsManyEntries) {
         picture.beginsCount = (state >> 24) % 200 == 0;
         picture.order = static_cast<std::int64_t>(state >> 8) - (1 << 23);
         order.add(picture);
+        few.add(picture);
         while (order.next())
             ++count;
-        EXPECT_TRUE(static_cast<std::size_t>(i) + 1 - count <= PictureOrder::mostWaiting) << i;
+        while (few.next())
+            ++ofFew;
+        auto const came = static_cast<std::size_t>(i) + 1;
+        EXPECT_TRUE(came - count <= PictureOrder::mostWaiting &&
+                    came - ofFew <= PictureOrder::mostWaitingForFew)
+            << i;
     }
     order.finish();
     while (order.next())

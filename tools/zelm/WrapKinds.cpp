@@ -1,6 +1,7 @@
 #include "WrapKinds.h"
 
 #include "WrapAncillary.h"
+#include "WrapPictures.h"
 #include "WrapSounds.h"
 #include "WrapStreams.h"
 
@@ -157,8 +158,10 @@ constexpr InputKind inputKinds[] = {
     {"avi", "AVI file", isAvi, false, nullptr, aviStreams},
     {"ps", "MPEG program stream", isProgramStream, false, nullptr, programStreams},
     {"ts", "MPEG transport stream", isTransportStream, false, nullptr, transportStreams},
+    {"dv", "DV video", isDv, true, addDv},
     {"d10", "D-10 video", isD10, true, addD10},
     {"mpeg2", "MPEG-2 video", isVideo, true, addMpeg},
+    {"avc", "AVC video", isAvc, true, addAvc},
     {"302m", "SMPTE 302M sound", isS302M, false, nullptr, s302mStreams},
     {"ancillary", "packets of VBI and ANC (JSON)", isAncillary, true, addAncillary},
     {"samples", "samples (--pcm)", isSamples, false, addSamples},

@@ -189,7 +189,8 @@ void WrapPlan::findRate(Opened const& opened) {
     for (auto const& tracks : opened)
         for (auto const& track : tracks) {
             auto const rate = track.tap->editRate();
-            if (track.wrapping == Wrapping::Clip || !rate.isKnown() || (track.kind == 'd' && found))
+            bool const countsSamples = track.wrapping == Wrapping::Clip && track.kind == 'a';
+            if (countsSamples || !rate.isKnown() || (track.kind == 'd' && found))
                 continue;
             if (found && *found != rate)
                 throw CannotWrap(track.input + ": has " + rateText(rate) + " edit units a second, " + from +

@@ -59,6 +59,13 @@ struct MXFZELM_EXPORT PictureEntry {
     friend bool operator==(PictureEntry const&, PictureEntry const&) = default;
 };
 
+/// The entry of a picture, and where it goes itself.
+struct MXFZELM_EXPORT PlacedPicture : PictureEntry {
+    /// Pictures from the place where it is stored to the one at which it is shown: above 0 for one that waits
+    /// for others stored behind it, below 0 for those.
+    std::int32_t shownLater = 0;
+};
+
 /// Takes the pictures one by one and gives the entries in the same order, as many, each as soon as the
 /// pictures are known that tell when it is shown: those of a group when the next one has come.
 ///
@@ -69,11 +76,21 @@ struct MXFZELM_EXPORT PictureEntry {
 ///     order.finish();
 ///     while (auto const entry = order.next()) …
 ///
+/// Where it is known how many pictures wait for others at most, entries come as soon as so many more have
+/// come.
+///
 /// Display positions count pictures: where the order leaves numbers out, positions do not.
 class MXFZELM_EXPORT PictureOrder : public Platform::Allocated {
 public:
     /// Pictures that wait at most. A group that is longer is cut where it can be.
     static constexpr std::size_t mostWaiting = 600;
+
+    /// As above, while it is known how many wait.
+    static constexpr std::size_t mostWaitingForFew = 128;
+
+    /// As many pictures at most stand before a picture and are shown behind it; absent when it is not known,
+    /// as at first. 0 where pictures are shown in stored order. Holds for pictures to come.
+    void mostReordered(std::optional<std::size_t> pictures) { mostReordered_ = pictures; }
 
     /// The next picture in stored order.
     void add(Picture const& picture);
@@ -82,7 +99,7 @@ public:
     void finish();
 
     /// The entry of the next picture whose entry was not given; absent while it is not known.
-    std::optional<PictureEntry> next();
+    std::optional<PlacedPicture> next();
 
 private:
     struct Waiting {
@@ -90,17 +107,22 @@ private:
         std::int64_t keyDistance = 0; // to the picture where decoding must begin, 0 or less
         bool usesEarlier = true;      // of a B picture: it is predicted from earlier pictures too
         bool hasLeading = false;      // pictures that are stored behind it are shown before it
+        bool isShown = false;         // its place in display order is known
+
+        PlacedPicture place() const;
     };
 
     void findKey(Waiting& waiting);
     void markLeading();
     void takeGroups();
+    void takeShown();
     void cutLongGroup();
     bool isCut(std::size_t at) const;
     void give(std::size_t count);
 
     std::deque<Waiting> waiting_;
-    std::deque<PictureEntry> ready_;
+    std::deque<PlacedPicture> ready_;
+    std::optional<std::size_t> mostReordered_;
     std::size_t mark_ = 0;        // the last key picture that waits, but the first
     std::int64_t count_ = 0;      // pictures that came
     std::int64_t key_ = -1;       // stored position of the last key picture, -1 for none

@@ -51,10 +51,31 @@ void PictureOrder::add(Picture const& picture) {
     findKey(waiting);
     waiting_.push_back(waiting);
     ++count_;
+    if (mostReordered_)
+        return takeShown();
     if (picture.isKey)
         takeGroups();
     if (waiting_.size() > mostWaiting)
         cutLongGroup();
+}
+
+/// Shows pictures as decoders do: when more wait than may, the first of them in display order. Those that
+/// came first go when all of them, and no others, are shown.
+void PictureOrder::takeShown() {
+    auto const isHidden = [](Waiting const& waiting) { return !waiting.isShown; };
+    auto hidden = static_cast<std::size_t>(std::count_if(waiting_.begin(), waiting_.end(), isHidden));
+    for (; hidden > *mostReordered_; --hidden) {
+        auto next = waiting_.end();
+        for (auto at = waiting_.begin(); at != waiting_.end(); ++at)
+            if (isHidden(*at) && (next == waiting_.end() || at->picture.order < next->picture.order))
+                next = at;
+        next->isShown = true;
+    }
+    auto const run = std::find_if(waiting_.begin(), waiting_.end(), isHidden) - waiting_.begin();
+    if (static_cast<std::size_t>(run) == waiting_.size() - hidden)
+        give(static_cast<std::size_t>(run));
+    else if (waiting_.size() > mostWaitingForFew)
+        give(waiting_.size());
 }
 
 /// A picture that is shown before the last key picture needs the one before too, unless the group is closed.
@@ -116,24 +137,36 @@ void PictureOrder::give(std::size_t count) {
         return waiting_[a].picture.order < waiting_[b].picture.order;
     });
     for (std::size_t i = 0; i < count; ++i) {
-        auto const& [picture, keyDistance, usesEarlier, hasLeading] = waiting_[i];
-        bool const isAccess = picture.access == Picture::Access::Full ||
-                              (picture.access == Picture::Access::Open && !hasLeading);
-        unsigned flags = predictionFlags(picture, usesEarlier);
-        flags |= (isAccess ? randomAccess : 0u) | (picture.hasSequenceHeader ? sequenceHeader : 0u);
-        PictureEntry entry;
-        entry.temporalOffset = fit(static_cast<std::int64_t>(shown[i]) - static_cast<std::int64_t>(i), flags);
-        entry.keyFrameOffset = fit(keyDistance, flags);
-        entry.flags = static_cast<std::uint8_t>(flags);
-        ready_.push_back(entry);
+        auto placed = waiting_[i].place();
+        unsigned flags = placed.flags;
+        placed.temporalOffset =
+            fit(static_cast<std::int64_t>(shown[i]) - static_cast<std::int64_t>(i), flags);
+        placed.flags = static_cast<std::uint8_t>(flags);
+        ready_.push_back(placed);
     }
+    auto const given = ready_.end() - static_cast<std::ptrdiff_t>(count);
+    for (std::size_t i = 0; i < count; ++i)
+        given[static_cast<std::ptrdiff_t>(shown[i])].shownLater =
+            static_cast<std::int32_t>(i) - static_cast<std::int32_t>(shown[i]);
     waiting_.erase(waiting_.begin(), waiting_.begin() + static_cast<std::ptrdiff_t>(count));
     mark_ = 0;
 }
 
+/// All but the temporal offsets.
+PlacedPicture PictureOrder::Waiting::place() const {
+    bool const isAccess =
+        picture.access == Picture::Access::Full || (picture.access == Picture::Access::Open && !hasLeading);
+    unsigned flags = predictionFlags(picture, usesEarlier);
+    flags |= (isAccess ? randomAccess : 0u) | (picture.hasSequenceHeader ? sequenceHeader : 0u);
+    PlacedPicture placed;
+    placed.keyFrameOffset = fit(keyDistance, flags);
+    placed.flags = static_cast<std::uint8_t>(flags);
+    return placed;
+}
+
 void PictureOrder::finish() { give(waiting_.size()); }
 
-std::optional<PictureEntry> PictureOrder::next() {
+std::optional<PlacedPicture> PictureOrder::next() {
     if (ready_.empty())
         return std::nullopt;
     auto const entry = ready_.front();

@@ -1,6 +1,7 @@
 /// What one edit unit of AVC holds: a coded frame, or the two fields of one, with the units around it.
 #pragma once
 
+#include "MXF/Zelm/Essence/AVC/PictureTiming.h"
 #include "MXF/Zelm/Essence/AVC/SliceHeader.h"
 
 namespace MXF::Zelm::Essence::AVC {
@@ -27,6 +28,16 @@ struct MXFZELM_EXPORT AccessUnit {
     std::optional<SliceHeader> slice = std::nullopt;
     std::optional<SliceHeader> secondField = std::nullopt;
 
+    /// The sets that the first slice names; null without one.
+    ParameterSets::Sequence sequence = nullptr;
+    ParameterSets::PictureSet parameters = nullptr;
+
+    /// Of the frame, or of its first field.
+    std::optional<PictureTiming> timing = std::nullopt;
+
+    /// The message with it, which only the first slice tells how to read.
+    DataIO::Chain timingMessage = {};
+
     /// The types of the first field's or frame's slices that were read.
     bool hasPredicted = false;
     bool hasBidirectional = false;
@@ -40,6 +51,9 @@ struct MXFZELM_EXPORT AccessUnit {
     /// Reads the units in `bytes`, which may be the first ones of an edit unit only, or anything else: what
     /// is cut off or against the standard is left out. `sets` takes the parameter sets.
     static AccessUnit read(DataIO::Chain const& bytes, ParameterSets& sets, Part part = Part::Head);
+
+    /// Takes the next unit in, as `read` does.
+    void take(NalUnit const& nal, ParameterSets& sets);
 };
 
 } // namespace MXF::Zelm::Essence::AVC

@@ -5,6 +5,8 @@
 #include "MXF/Zelm/Templates/Containers.h"
 #include "MXF/Zelm/Templates/Rational.h"
 
+#include <memory>
+
 namespace MXF::Zelm::Essence::AVC {
 
 /// How pictures are to be shown, as far as it is told.
@@ -23,6 +25,14 @@ struct MXFZELM_EXPORT VideoUsability {
     std::uint32_t unitsInTick = 0;
     std::uint32_t timeScale = 0;
     bool fixedFrameRate = false;
+
+    /// Bits of the fields of a picture timing message, and whether it tells of fields and clocks.
+    bool hasDelays = false;
+    std::uint8_t removalDelayBits = 24, outputDelayBits = 24;
+    bool tellsPictureStructure = false;
+
+    /// Bits in a second at most, by the reference decoder; 0 when it is not told.
+    std::uint64_t maximumBitRate = 0;
 
     /// Frames that stand before one in the stream and are shown behind it, at most; absent when not told.
     std::optional<std::uint8_t> reorderedFrames = std::nullopt;
@@ -75,6 +85,10 @@ struct MXFZELM_EXPORT SequenceParameterSet {
     /// Frames a second, 0/0 when it is not told.
     Templates::Rational<std::int64_t> frameRate() const;
 
+    /// Frames that stand before one in the stream and are shown behind it, at most: as it is told, else as
+    /// many as a decoder of the level holds.
+    std::size_t mostReordered() const;
+
     /// By its profile: no picture is predicted from another.
     bool isIntraProfile() const;
 
@@ -91,6 +105,17 @@ struct MXFZELM_EXPORT PictureParameterSet {
     /// Slices of frames tell of the bottom field's order.
     bool bottomFieldOrderPresent = false;
 
+    /// References of a slice that does not tell, for forward and backward prediction.
+    std::uint8_t references[2] = {1, 1};
+    bool weightedPrediction = false;
+    std::uint8_t weightedBiprediction = 0;
+
+    /// Slices tell whether they repeat others.
+    bool redundantPicturesPresent = false;
+
+    /// Macroblocks are shared out to slices by a map: what follows it is not read.
+    bool hasSliceGroups = false;
+
     /// Throws as `SequenceParameterSet::read` does. What follows is not read.
     static PictureParameterSet read(NalUnit const& unit);
 };
@@ -98,16 +123,19 @@ struct MXFZELM_EXPORT PictureParameterSet {
 /// The sets that a stream has brought so far; a later one takes the place of an earlier one with its ID.
 class MXFZELM_EXPORT ParameterSets : public Platform::Allocated {
 public:
-    void take(SequenceParameterSet set) { sequences_[set.id] = std::move(set); }
-    void take(PictureParameterSet const& set) { pictures_[set.id] = set; }
+    using Sequence = std::shared_ptr<SequenceParameterSet const>;
+    using PictureSet = std::shared_ptr<PictureParameterSet const>;
 
-    /// Null when there is none; valid until another set is taken.
-    SequenceParameterSet const* sequence(std::uint8_t id) const;
-    PictureParameterSet const* picture(std::uint8_t id) const;
+    void take(SequenceParameterSet set);
+    void take(PictureParameterSet const& set);
+
+    /// Null when there is none.
+    Sequence const& sequence(std::uint8_t id) const;
+    PictureSet const& picture(std::uint8_t id) const;
 
 private:
-    Templates::map<std::uint8_t, SequenceParameterSet> sequences_;
-    Templates::map<std::uint8_t, PictureParameterSet> pictures_;
+    Templates::map<std::uint8_t, Sequence> sequences_;
+    Templates::map<std::uint8_t, PictureSet> pictures_;
 };
 
 } // namespace MXF::Zelm::Essence::AVC

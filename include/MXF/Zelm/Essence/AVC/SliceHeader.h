@@ -23,22 +23,36 @@ struct MXFZELM_EXPORT SliceHeader {
     bool isIDR = false;
     bool isReference = false;
 
+    /// Of an IDR picture: tells it from the one before.
+    std::uint32_t idrPictureID = 0;
+
+    /// Operation 5 of memory management: no picture behind this one is predicted from those before, and order
+    /// counts begin anew, as with an IDR picture.
+    bool resetsMemory = false;
+
     /// Of the picture order count, by the sequence's type.
     std::uint32_t orderCountLow = 0;
     std::int32_t deltaBottom = 0;
     std::int32_t deltaOrder[2] = {0, 0};
 
     bool isIntra() const { return type == SliceType::I || type == SliceType::SI; }
+    bool isBidirectional() const { return type == SliceType::B; }
+
+    /// Whether a slice behind this one belongs to another coded frame or field (ISO/IEC 14496-10, 7.4.1.2.4).
+    bool isOfOtherPicture(SliceHeader const& next) const;
+
+    /// Whether `next` is of the second field of the frame whose first one this slice is of.
+    bool isFirstFieldOf(SliceHeader const& next) const;
 
     /// Reads the payload of a unit. Throws Exceptions::InvalidLength when it is cut off,
     /// Exceptions::InvalidValue for what the standard does not allow and Exceptions::InvalidID when its
-    /// parameter sets have not come.
+    /// parameter sets have not come. What the end of the bytes leaves out behind the order count is as if it
+    /// were not there.
     static SliceHeader read(NalUnit const& unit, ParameterSets const& sets);
 };
 
 /// Gives the pictures of a stream their picture order counts (ISO/IEC 14496-10, 8.2.1): numbers that rise in
-/// display order from one IDR picture to the next. Operation 5 of memory management, by which a picture that
-/// is no IDR begins the count anew, is not followed.
+/// display order from one IDR picture, or other one that resets the memory of decoders, to the next.
 class MXFZELM_EXPORT PictureOrderCounter : public Platform::Allocated {
 public:
     /// The count of the next picture in stored order, for a frame that of its earlier field. Of a frame in
@@ -47,6 +61,7 @@ public:
                       SliceHeader const& slice);
 
 private:
+    void reset(SliceHeader const& slice);
     std::int64_t byLowBits(SequenceParameterSet const& sequence, PictureParameterSet const& picture,
                            SliceHeader const& slice);
     std::int64_t byOffsets(SequenceParameterSet const& sequence, SliceHeader const& slice);

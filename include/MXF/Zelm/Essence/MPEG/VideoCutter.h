@@ -7,19 +7,14 @@
 /// zeros and a sequence end code behind them (ISO/IEC 13818-2, SMPTE 381M).
 #pragma once
 
-#include "MXF/Zelm/DataIO/SliceSource.h"
-#include "MXF/Zelm/DataIO/SyncWordFinder.h"
 #include "MXF/Zelm/Essence/MPEG/VideoUnit.h"
-#include "MXF/Zelm/Templates/Memory.h"
-
-#include <string>
+#include "MXF/Zelm/Essence/StartCodeReader.h"
 
 namespace MXF::Zelm::Essence::MPEG {
 
 class MXFZELM_EXPORT VideoCutter : public Platform::Allocated {
 public:
-    /// No picture is larger, in bytes: where none ends, the stream is something else.
-    static constexpr std::uint64_t largestUnit = std::uint64_t{64} << 20;
+    static constexpr std::uint64_t largestUnit = StartCodeReader::largestUnit;
 
     struct Unit {
         /// Slices of the source, not copied.
@@ -47,10 +42,7 @@ public:
     std::string const& fault() const { return fault_; }
 
 private:
-    struct Code {
-        std::uint64_t position;
-        std::uint8_t value;
-    };
+    using Code = StartCodeReader::Code;
 
     /// What is known of the unit that is being read.
     struct State {
@@ -61,20 +53,14 @@ private:
         std::uint8_t lastSlice = 0;
     };
 
-    std::optional<Code> nextCode();
-    bool readMore();
-    bool require(std::uint64_t end);
     void takeInto(State& state, Code const& code);
     bool beginsUnitAt(State const& state, Code const& code);
     bool isSecondField(State const& state, std::uint64_t position);
     bool isWhole(State const& state) const;
-    void cut(State& state, std::uint64_t end, Unit& unit);
+    void cut(State& state, DataIO::Chain data, std::uint64_t offset, Unit& unit);
     bool endAmidPicture();
 
-    Templates::SharedPtr<DataIO::SliceSource> source_;
-    DataIO::SyncWordFinder finder_;
-    DataIO::Chain bytes_;         // from the start of the unit on
-    std::uint64_t start_;         // its position
+    StartCodeReader reader_;
     std::optional<Code> pending_; // what the next unit begins with
     std::optional<SequenceHeader> sequence_;
     std::string fault_;

@@ -3,7 +3,7 @@
 
 #include "MXF/Zelm/DataIO/SliceSource.h"
 #include "MXF/Zelm/Essence/MPEG/SequenceHeader.h"
-#include "MXF/Zelm/GenericContainer/Analyzers/BasicAnalyzer.h"
+#include "MXF/Zelm/GenericContainer/Analyzers/VideoAnalyzer.h"
 
 namespace MXF::Zelm::Metadata::Structural {
 class CDCIEssenceDescriptor;
@@ -19,24 +19,12 @@ namespace MXF::Zelm::GenericContainer {
 ///
 /// The coding label, and whether there are temporal dependencies, are told by the first pictures; `finalize`
 /// corrects the label. The timecode of a group's header belongs to its first edit unit.
-class MXFZELM_EXPORT MPEG2VideoAnalyzer : public BasicAnalyzer<PictureAnalyzer> {
+class MXFZELM_EXPORT MPEG2VideoAnalyzer : public VideoAnalyzer {
 public:
     explicit MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source);
     ~MPEG2VideoAnalyzer() override;
 
-    using BasicAnalyzer::editRate;
-
-    /// That of the first sequence header; 0/0 before `preload`.
-    Templates::Rational<int> editRate() const override;
-
-    /// False when there is no picture of MPEG video with a known frame rate. Throws as `nextEditUnit`.
-    bool preload() override;
-
     Types::UniversalLabel universalLabel() const override;
-    bool containsTemporalDependencies() const override;
-    Utils::TimeCode currentTimeCode() const override;
-    unsigned char itemTypeIdentifier() const override;
-    unsigned char essenceElementType() const override;
     std::string fault() const override;
 
     /// The first sequence header. Throws Exceptions::InvalidStructure before `preload`.
@@ -46,11 +34,9 @@ protected:
     Metadata::Structural::FileDescriptor& describe(Metadata::PartitionMetadata& metadata,
                                                    Metadata::Structural::FileDescriptor* present) override;
     void complete(Metadata::Structural::FileDescriptor& descriptor) override;
-    bool hasMore() const override;
-    std::uint64_t read(EditUnit& unit) override;
-
-    /// The first pictures are all intra coded.
-    bool isIntraOnly() const;
+    bool open() override;
+    bool take(CodedPicture& picture) override;
+    Templates::Rational<int> streamRate() const override;
 
     /// What the pictures are like, in any descriptor of the kind.
     void describePictures(Metadata::Structural::CDCIEssenceDescriptor& descriptor) const;

@@ -9,7 +9,7 @@ namespace {
 
 /// Of supplemental information: longer messages are of no interest.
 constexpr std::size_t longestMessages = 4096;
-constexpr unsigned recoveryPoint = 6;
+constexpr unsigned pictureTiming = 1, recoveryPoint = 6;
 
 /// As the type of a primary picture: I slices alone.
 constexpr std::uint8_t onlyIntra = 0;
@@ -60,7 +60,8 @@ private:
     }
 
     void takeMessages(NalUnit const& nal) {
-        DataIO::BitSliceReader bits(nal.bytes(longestMessages));
+        DataIO::Chain const bytes(nal.bytes(longestMessages));
+        DataIO::BitSliceReader bits(bytes);
         constexpr unsigned smallest = 24; // type, size, end
         while (bits.remaining() >= smallest) {
             auto const type = readSum(bits);
@@ -69,6 +70,8 @@ private:
                 unit_.recoveryFrames = readUnsigned(bits, UINT16_MAX);
                 bits.skip(1); // exact match
                 unit_.brokenLink = bits.readFlag();
+            } else if (type == pictureTiming && !unit_.slice) {
+                keepTiming(bytes, bits.position() / 8, end / 8);
             }
             if (end < bits.position())
                 break;
@@ -76,11 +79,24 @@ private:
         }
     }
 
+    void keepTiming(DataIO::Chain const& bytes, std::uint64_t from, std::uint64_t to) {
+        if (to >= from && to <= bytes.size())
+            unit_.timingMessage = bytes.part(from, to - from);
+    }
+
+    void takeFirstSlice(SliceHeader const& slice) {
+        unit_.slice = slice;
+        unit_.parameters = sets_.picture(slice.pictureSetID);
+        unit_.sequence = sets_.sequence(unit_.parameters->sequenceID);
+        if (unit_.sequence->usability && !unit_.timingMessage.empty())
+            unit_.timing = PictureTiming::read(unit_.timingMessage, *unit_.sequence->usability);
+    }
+
     void takeSlice(NalUnit const& nal) {
         unit_.reachesSlices = true;
         auto const slice = SliceHeader::read(nal, sets_);
         if (!unit_.slice)
-            unit_.slice = slice;
+            takeFirstSlice(slice);
         else if (slice.isField && slice.isBottomField != unit_.slice->isBottomField)
             unit_.secondField = unit_.secondField ? unit_.secondField : slice;
         if (unit_.secondField)
@@ -97,20 +113,23 @@ private:
 
 } // namespace
 
+void AccessUnit::take(NalUnit const& nal, ParameterSets& sets) {
+    try {
+        UnitParser(*this, sets).take(nal);
+    } catch (Exceptions::InvalidLength const&) {
+        // It is cut off.
+    } catch (Exceptions::InvalidValue const&) {
+        // It is against the standard.
+    } catch (Exceptions::InvalidID const&) {
+        // Its parameter sets are missing.
+    }
+}
+
 AccessUnit AccessUnit::read(DataIO::Chain const& bytes, ParameterSets& sets, Part part) {
     AccessUnit unit;
-    UnitParser parser(unit, sets);
     NalReader nals(bytes);
     while (auto const nal = nals.next()) {
-        try {
-            parser.take(*nal);
-        } catch (Exceptions::InvalidLength const&) {
-            // It is cut off.
-        } catch (Exceptions::InvalidValue const&) {
-            // It is against the standard.
-        } catch (Exceptions::InvalidID const&) {
-            // Its parameter sets are missing.
-        }
+        unit.take(*nal, sets);
         if (unit.reachesSlices && part == Part::Head)
             return unit;
     }

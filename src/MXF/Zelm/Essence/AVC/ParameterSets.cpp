@@ -17,6 +17,8 @@ constexpr std::uint32_t mostSequenceSets = 32;
 constexpr std::uint32_t mostPictureSets = 256;
 constexpr std::uint32_t mostReferenceOffsets = 255;
 constexpr std::uint32_t mostReferenceFrames = 16;
+constexpr std::uint32_t mostReferences = 32;
+constexpr std::uint32_t mostSliceGroups = 8;
 
 /// Macroblocks in a row or column: more than level 6.2 has.
 constexpr std::uint32_t mostMacroblocks = 2048;
@@ -39,6 +41,16 @@ constexpr Templates::Rational<int> aspectRatios[] = {
     {1, 1},   {12, 11}, {10, 11}, {16, 11}, {40, 33},  {24, 11}, {20, 11}, {32, 11},
     {80, 33}, {18, 11}, {15, 11}, {64, 33}, {160, 99}, {4, 3},   {3, 2},   {2, 1}};
 constexpr unsigned extendedAspectRatio = 255;
+
+/// Macroblocks that decoders hold, by level (table A-1): up to that level, as many.
+struct HeldMacroblocks {
+    std::uint8_t level;
+    std::uint32_t count;
+};
+
+constexpr HeldMacroblocks heldMacroblocks[] = {{10, 396},   {11, 900},    {20, 2376},   {21, 4752},
+                                               {30, 8100},  {31, 18000},  {32, 20480},  {41, 32768},
+                                               {42, 34816}, {50, 110400}, {52, 184320}, {255, 696320}};
 
 template <std::size_t size>
 bool isAmong(std::uint8_t value, std::uint8_t const (&values)[size]) {
@@ -134,16 +146,22 @@ void readSignal(BitSliceReader& bits, VideoUsability& usability) {
     usability.matrixCoefficients = static_cast<std::uint8_t>(bits.read(8));
 }
 
-/// Passes over the parameters of a reference decoder.
-void skipDecoderModel(BitSliceReader& bits) {
+/// The parameters of a reference decoder.
+void readDecoderModel(BitSliceReader& bits, VideoUsability& usability) {
     auto const buffers = 1 + readUnsigned(bits, 31);
-    bits.skip(8); // scales
+    auto const scale = static_cast<unsigned>(bits.read(4));
+    bits.skip(4); // scale of buffer sizes
     for (std::uint32_t i = 0; i < buffers; ++i) {
-        readUnsigned(bits, anyNumber);
+        std::uint64_t const rate = std::uint64_t{readUnsigned(bits, anyNumber)} + 1;
+        usability.maximumBitRate = std::max(usability.maximumBitRate, rate << (6 + scale));
         readUnsigned(bits, anyNumber);
         bits.skip(1);
     }
-    bits.skip(20); // lengths
+    bits.skip(5); // the first removal delay
+    usability.hasDelays = true;
+    usability.removalDelayBits = static_cast<std::uint8_t>(bits.read(5) + 1);
+    usability.outputDelayBits = static_cast<std::uint8_t>(bits.read(5) + 1);
+    bits.skip(5); // length of time offsets
 }
 
 void readTiming(BitSliceReader& bits, VideoUsability& usability) {
@@ -175,11 +193,12 @@ VideoUsability readUsability(BitSliceReader& bits) {
         readTiming(bits, usability);
     bool const hasModel = bits.readFlag();
     if (hasModel)
-        skipDecoderModel(bits);
+        readDecoderModel(bits, usability);
     bool const hasVideoModel = bits.readFlag();
     if (hasVideoModel)
-        skipDecoderModel(bits);
-    bits.skip(hasModel || hasVideoModel ? 2 : 1); // low delay, picture structures
+        readDecoderModel(bits, usability);
+    bits.skip(hasModel || hasVideoModel ? 1 : 0); // low delay
+    usability.tellsPictureStructure = bits.readFlag();
     if (bits.readFlag())
         readRestrictions(bits, usability);
     return usability;
@@ -209,6 +228,19 @@ Templates::Rational<std::int64_t> SequenceParameterSet::frameRate() const {
     return {usability->timeScale, std::int64_t{2} * usability->unitsInTick};
 }
 
+std::size_t SequenceParameterSet::mostReordered() const {
+    if (orderCountType == 2)
+        return 0;
+    if (usability && usability->reorderedFrames)
+        return *usability->reorderedFrames;
+    if (isIntraProfile())
+        return 0;
+    auto const* const held = std::find_if(std::begin(heldMacroblocks), std::end(heldMacroblocks) - 1,
+                                          [this](HeldMacroblocks const& row) { return level <= row.level; });
+    std::uint32_t const macroblocks = codedWidth / macroblock * (codedHeight / macroblock);
+    return std::min<std::size_t>(held->count / std::max(macroblocks, 1u), mostReferenceFrames);
+}
+
 bool SequenceParameterSet::isIntraProfile() const {
     return profile == intra444 ||
            (isAmong(profile, profilesWithIntra) && (constraints & thirdConstraint) != 0);
@@ -221,17 +253,39 @@ PictureParameterSet PictureParameterSet::read(NalUnit const& unit) {
     set.sequenceID = number<std::uint8_t>(bits, mostSequenceSets - 1);
     set.arithmeticCoding = bits.readFlag();
     set.bottomFieldOrderPresent = bits.readFlag();
+    set.hasSliceGroups = readUnsigned(bits, mostSliceGroups - 1) != 0;
+    if (set.hasSliceGroups)
+        return set;
+    for (auto& count : set.references)
+        count = static_cast<std::uint8_t>(1 + readUnsigned(bits, mostReferences - 1));
+    set.weightedPrediction = bits.readFlag();
+    set.weightedBiprediction = static_cast<std::uint8_t>(bits.read(2));
+    for (int i = 0; i < 3; ++i)
+        readSigned(bits); // quantizers
+    bits.skip(2);         // deblocking, constrained prediction
+    set.redundantPicturesPresent = bits.readFlag();
     return set;
 }
 
-SequenceParameterSet const* ParameterSets::sequence(std::uint8_t id) const {
-    auto const found = sequences_.find(id);
-    return found != sequences_.end() ? &found->second : nullptr;
+void ParameterSets::take(SequenceParameterSet set) {
+    auto const id = set.id;
+    sequences_[id] = std::make_shared<SequenceParameterSet const>(std::move(set));
 }
 
-PictureParameterSet const* ParameterSets::picture(std::uint8_t id) const {
+void ParameterSets::take(PictureParameterSet const& set) {
+    pictures_[set.id] = std::make_shared<PictureParameterSet const>(set);
+}
+
+ParameterSets::Sequence const& ParameterSets::sequence(std::uint8_t id) const {
+    static Sequence const none;
+    auto const found = sequences_.find(id);
+    return found != sequences_.end() ? found->second : none;
+}
+
+ParameterSets::PictureSet const& ParameterSets::picture(std::uint8_t id) const {
+    static PictureSet const none;
     auto const found = pictures_.find(id);
-    return found != pictures_.end() ? &found->second : nullptr;
+    return found != pictures_.end() ? found->second : none;
 }
 
 } // namespace MXF::Zelm::Essence::AVC

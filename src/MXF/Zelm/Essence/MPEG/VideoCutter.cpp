@@ -1,18 +1,10 @@
 #include "MXF/Zelm/Essence/MPEG/VideoCutter.h"
 
-#include "MXF/Zelm/Exceptions/Exceptions.h"
-
-#include <algorithm>
 #include <sstream>
 
 namespace MXF::Zelm::Essence::MPEG {
 
 namespace {
-
-constexpr std::uint64_t startCodeSize = 4;
-
-/// Read at once. More costs memory, less system calls.
-constexpr std::uint64_t readSize = std::uint64_t{256} << 10;
 
 /// A picture header with its coding extension, user data before it being rare, and small.
 constexpr std::uint64_t pictureHeaderSize = 256;
@@ -48,68 +40,13 @@ std::uint32_t lastRow(SequenceHeader const& sequence, bool isField) {
 } // namespace
 
 VideoCutter::VideoCutter(Templates::SharedPtr<DataIO::SliceSource> source)
-    : source_(std::move(source)),
-      finder_(DataIO::startCodePrefix, source_->absoluteOffset()),
-      start_(source_->absoluteOffset()) {}
+    : reader_(std::move(source), "MPEG video") {}
 
 VideoCutter::~VideoCutter() = default;
 
-bool VideoCutter::readMore() {
-    DataIO::Chain piece;
-    if (source_->read(readSize, piece) == 0)
-        return false;
-    finder_.push(piece);
-    bytes_.append(std::move(piece));
-    return true;
-}
-
-/// Reads until the byte before `end` is there; false when the stream ends before.
-bool VideoCutter::require(std::uint64_t end) {
-    while (start_ + bytes_.size() < end)
-        if (!readMore())
-            return false;
-    return true;
-}
-
-/// The next start code, absent at the end of the stream.
-std::optional<VideoCutter::Code> VideoCutter::nextCode() {
-    for (;;) {
-        if (auto const position = finder_.next()) {
-            if (!require(*position + startCodeSize))
-                return std::nullopt;
-            Code code{*position, 0};
-            bytes_.copyTo(&code.value, 1, *position - start_ + startCodeSize - 1);
-            return code;
-        }
-        if (bytes_.size() > largestUnit)
-            throw Exceptions::at(start_, Exceptions::InvalidFormat("No picture of MPEG video ends within " +
-                                                                   std::to_string(largestUnit) + " bytes"));
-        if (!readMore())
-            return std::nullopt;
-    }
-}
-
 bool VideoCutter::findStart(std::uint64_t maximumToSkip) {
-    std::uint64_t const from = start_;
-    while (finder_.searchedTo() - from <= maximumToSkip) {
-        if (auto const position = finder_.next()) {
-            std::uint8_t code = 0;
-            if (!require(*position + startCodeSize))
-                return false;
-            bytes_.copyTo(&code, 1, *position - start_ + startCodeSize - 1);
-            if (code != SequenceHeaderStart)
-                continue;
-            bytes_.splitFront(*position - start_);
-            start_ = *position;
-            pending_ = Code{*position, code};
-            return start_ - from <= maximumToSkip;
-        }
-        bytes_.splitFront(finder_.searchedTo() - start_);
-        start_ = finder_.searchedTo();
-        if (!readMore())
-            return false;
-    }
-    return false;
+    pending_ = reader_.find([](std::uint8_t code) { return code == SequenceHeaderStart; }, maximumToSkip);
+    return pending_.has_value();
 }
 
 bool VideoCutter::next(Unit& unit) {
@@ -118,19 +55,21 @@ bool VideoCutter::next(Unit& unit) {
     if (pending_)
         takeInto(state, *pending_);
     pending_.reset();
-    while (auto const code = nextCode()) {
+    while (auto const code = reader_.next()) {
         if (beginsUnitAt(state, *code)) {
-            cut(state, code->position, unit);
+            auto const offset = reader_.start();
+            cut(state, reader_.cut(code->position), offset, unit);
             pending_ = code;
             return true;
         }
         takeInto(state, *code);
     }
-    if (bytes_.empty())
+    if (reader_.bytes().empty())
         return false;
     if (!isWhole(state))
         return endAmidPicture();
-    cut(state, start_ + bytes_.size(), unit);
+    auto const offset = reader_.start();
+    cut(state, reader_.cutRest(), offset, unit);
     return true;
 }
 
@@ -141,8 +80,9 @@ void VideoCutter::takeInto(State& state, Code const& code) {
         state.lastSlice = 0;
     } else if (isSlice(code.value) && state.hasPicture) {
         if (!state.hasSlices)
-            state.headers = VideoUnit::read(bytes_.part(0, code.position - start_ + startCodeSize),
-                                            VideoUnit::Part::Head);
+            state.headers = VideoUnit::read(
+                reader_.bytes().part(0, code.position - reader_.start() + StartCodeReader::codeSize),
+                VideoUnit::Part::Head);
         state.hasSlices = true;
         state.lastSlice = code.value;
     }
@@ -156,10 +96,7 @@ bool VideoCutter::beginsUnitAt(State const& state, Code const& code) {
 bool VideoCutter::isSecondField(State const& state, std::uint64_t position) {
     if (state.hasSecondField || !state.headers.picture || !state.headers.picture->isField())
         return false;
-    require(position + pictureHeaderSize);
-    std::uint64_t const from = position - start_;
-    auto const headers =
-        VideoUnit::read(bytes_.part(from, std::min(pictureHeaderSize, bytes_.size() - from)));
+    auto const headers = VideoUnit::read(reader_.read(position, pictureHeaderSize));
     return headers.picture && areFieldsOfOneFrame(*state.headers.picture, *headers.picture);
 }
 
@@ -172,19 +109,17 @@ bool VideoCutter::isWhole(State const& state) const {
     return isField <= state.hasSecondField && state.lastSlice >= lastRow(*sequence, isField);
 }
 
-void VideoCutter::cut(State& state, std::uint64_t end, Unit& unit) {
-    unit.offset = start_;
-    unit.data = bytes_.splitFront(end - start_);
+void VideoCutter::cut(State& state, DataIO::Chain data, std::uint64_t offset, Unit& unit) {
+    unit.offset = offset;
+    unit.data = std::move(data);
     unit.headers = std::move(state.headers);
     if (unit.headers.sequence)
         sequence_ = unit.headers.sequence;
-    start_ = end;
 }
 
 bool VideoCutter::endAmidPicture() {
-    fault_ = "The video ends amid the picture that begins at " + hexadecimal(start_);
-    start_ += bytes_.size();
-    bytes_.clear();
+    fault_ = "The video ends amid the picture that begins at " + hexadecimal(reader_.start());
+    reader_.cutRest();
     return false;
 }
 

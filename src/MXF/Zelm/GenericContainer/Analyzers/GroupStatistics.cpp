@@ -1,28 +1,27 @@
 #include "MXF/Zelm/GenericContainer/Analyzers/GroupStatistics.h"
 
-#include "MXF/Zelm/GenericContainer/Analyzers/PictureIndexer.h"
-
 namespace MXF::Zelm::GenericContainer {
 
-using Essence::MPEG::VideoUnit;
+using Essence::Picture;
 
-void GroupStatistics::add(VideoUnit const& unit) {
+void GroupStatistics::add(CodedPicture const& coded) {
+    auto const& picture = coded.picture;
     ++pictures_;
-    sequenceHeaders_ += unit.sequence ? 1 : 0;
-    if (unit.sequence)
-        (unit.sequence->isProgressive() ? hasProgressive_ : hasInterlaced_) = true;
-    if (unit.group || isIntra(unit))
+    sequenceHeaders_ += picture.hasSequenceHeader ? 1 : 0;
+    if (coded.isProgressive)
+        (*coded.isProgressive ? hasProgressive_ : hasInterlaced_) = true;
+    if (coded.closedGroup || picture.isKey)
         endGroup();
-    if (unit.group) {
+    if (coded.closedGroup) {
         ++groups_;
-        hasOpen_ = hasOpen_ || !unit.group->closed;
+        hasOpen_ = hasOpen_ || !*coded.closedGroup;
     }
-    if (isB(unit))
+    if (picture.type == Picture::Type::B)
         addB();
     else
         endRow();
-    hasPredicted_ = hasPredicted_ || !isIntra(unit);
-    kinds_ += isB(unit) ? 'B' : isIntra(unit) ? 'I' : 'P';
+    hasPredicted_ = hasPredicted_ || picture.type != Picture::Type::I;
+    kinds_ += "IPB"[static_cast<int>(picture.type)];
 }
 
 void GroupStatistics::endGroup() {

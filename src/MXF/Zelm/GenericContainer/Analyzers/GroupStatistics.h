@@ -1,7 +1,7 @@
-/// What a descriptor tells of the groups of pictures of MPEG video (SMPTE 381M).
+/// What a descriptor tells of the groups of pictures of video (SMPTE 381M).
 #pragma once
 
-#include "MXF/Zelm/Essence/MPEG/VideoUnit.h"
+#include "MXF/Zelm/GenericContainer/Analyzers/VideoAnalyzer.h"
 
 #include <algorithm>
 #include <string>
@@ -11,9 +11,9 @@ namespace MXF::Zelm::GenericContainer {
 /// Counts what is the same in all groups of pictures, and what is the most.
 class GroupStatistics {
 public:
-    void add(Essence::MPEG::VideoUnit const& unit);
+    void add(CodedPicture const& coded);
 
-    /// All groups that have a header are closed, there being one.
+    /// All groups of which it is told are closed, there being one.
     bool areClosed() const { return groups_ != 0 && !hasOpen_; }
 
     /// The same kinds of pictures in the same order, but for a last group that is shorter.

@@ -1,0 +1,53 @@
+#include "WrapPictures.h"
+
+#include <MXF/Zelm/Essence/AVC/AccessUnit.h>
+#include <MXF/Zelm/GenericContainer/Analyzers/AVCAnalyzer.h>
+#include <MXF/Zelm/GenericContainer/Analyzers/DVAnalyzer.h>
+
+#include <algorithm>
+
+namespace Zelm {
+
+using namespace MXF::Zelm;
+using GenericContainer::Wrapping;
+
+/// Parameter sets and a slice that goes with them, in a stream that begins with a start code.
+bool isAvc(InputHead const& head, TrackMaking const&) {
+    static constexpr unsigned char code[] = {0, 0, 1};
+    constexpr std::size_t mostZeros = 8;
+    auto const* const begin = head.bytes.data();
+    auto const* const end = begin + std::min(head.bytes.size(), mostZeros);
+    if (std::search(begin, end, std::begin(code), std::end(code)) == end)
+        return false;
+    Essence::AVC::ParameterSets sets;
+    return Essence::AVC::AccessUnit::read(head.bytes, sets, Essence::AVC::AccessUnit::Part::Whole)
+        .slice.has_value();
+}
+
+bool isDv(InputHead const& head, TrackMaking const&) {
+    return Essence::DV::FrameHeader::read(head.bytes).has_value();
+}
+
+void addAvc(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
+    auto const analyzer = std::make_shared<GenericContainer::AVCAnalyzer>(head.open(making));
+    analyzer->editRate(making.layout.rate().value_or(EditRate{}));
+    if (!analyzer->preload())
+        throw CannotWrap(head.name + (analyzer->editRate().isKnown()
+                                          ? ": has no picture that can be read"
+                                          : ": does not tell its frame rate: --rate does"));
+    addTrack(tracks, 'v', head, "AVC video", analyzer, making.sources++);
+}
+
+void addDv(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
+    GenericContainer::DVOptions options;
+    options.wrapping = making.layout.wrapping().value_or(Wrapping::Frame);
+    if (head.fileSize != 0)
+        options.byteCount = head.fileSize;
+    auto const analyzer = std::make_shared<GenericContainer::DVAnalyzer>(head.open(making), options);
+    if (!analyzer->preload())
+        throw CannotWrap(head.name + ": does not begin with a whole frame of DV");
+    addTrack(tracks, 'v', head, "DV video", analyzer, making.sources++);
+    tracks.back().wrapping = options.wrapping;
+}
+
+} // namespace Zelm
