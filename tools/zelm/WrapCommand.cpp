@@ -46,6 +46,13 @@ public:
                         "A font or picture of timed text, and the UUID that the document has for it")
             ->type_name("[UUID=][TYPE=]FILE")
             ->allow_extra_args(false);
+        parser
+            .add_option("--program", options_.tracks.program,
+                        "The number of the program to take from transport streams, if not the first")
+            ->check(CLI::Range(1u, 65535u));
+        parser.add_flag(
+            "--aes3", options_.tracks.aes3,
+            "Wrap sound as AES3, with its channel status in the descriptor, not as Broadcast Wave");
         parser.add_option("--play", plays_, "Of op3a and op3b: the edit units that play, one for each item")
             ->type_name("A:B")
             ->allow_extra_args(false);
@@ -81,9 +88,13 @@ public:
 
 private:
     static constexpr const char* footer =
-        "\nInputs: MPEG-2 video and D-10 (elementary streams), Wave and RF64, other MXF files (all tracks, "
-        "as\n"
-        "they are), samples (--pcm), data (--as data). A file is as long as its pictures: sound that is "
+        "\nInputs: MPEG-2 video and D-10 (elementary streams), Wave and RF64, SMPTE 302M, what stands in "
+        "MPEG "
+        "program\n"
+        "and transport streams and in AVI files, other MXF files (all tracks, as they are), packets as "
+        "zelm\n"
+        "ancillary --dump --json prints them, samples (--pcm), data (--as data). A file is as long as its "
+        "pictures: sound that is "
         "longer\n"
         "is cut, sound that is shorter goes on in silence; the report tells.\n"
         "\nAlso JPEG 2000 (codestreams, JP2), timed text with its --resource files. A sequence of files is "

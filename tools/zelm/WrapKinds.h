@@ -38,6 +38,7 @@ struct InputHead {
     static InputHead ofSequence(std::string const& pattern, std::optional<std::uint64_t> first);
 
     Source open(TrackMaking const& making) const { return opening_(making.blocks); }
+    Source open(Blocks const& blocks) const { return opening_(blocks); }
 
     /// Whether it is a file, which can be opened by its name.
     bool isFile() const { return isFile_; }
