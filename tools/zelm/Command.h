@@ -41,6 +41,7 @@ std::unique_ptr<Command> makeFramesCommand();
 std::unique_ptr<Command> makeExtractCommand();
 std::unique_ptr<Command> makeAncillaryCommand();
 std::unique_ptr<Command> makeEditCommand();
+std::unique_ptr<Command> makeRepairCommand();
 std::unique_ptr<Command> makeWrapCommand();
 std::unique_ptr<Command> makeRewrapCommand();
 std::unique_ptr<Command> makeJoinCommand();

@@ -4,9 +4,9 @@
 #include "Input.h"
 #include "MetadataEditor.h"
 #include "Progress.h"
+#include "UndoOptions.h"
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>
-#include <MXF/Zelm/MXFIO/UndoRecord.h>
 #include <MXF/Zelm/MXFIO/Updater.h>
 
 #include <iostream>
@@ -69,24 +69,16 @@ public:
                         "Add no Identification set, and leave the dates of modification as they are");
         parser.add_flag("--paths,--list-paths", listPaths_,
                         "List all properties with their paths and values");
-        auto* const restore =
-            parser.add_flag("--restore", restore_, "Put back what an edit that was cut off had changed");
-        parser
-            .add_flag("--discard-undo", discardUndo_,
-                      "Keep the file as an edit that was cut off left it, and forget what stood there before")
-            ->excludes(restore);
+        undo_.declare(parser);
         report_.declare(parser);
         parser.footer(footer);
     }
 
     ExitStatus run() override {
         try {
-            if (restore_ || discardUndo_)
-                return endUndo();
-            if (MXFIO::UndoRecord::exists(file_))
-                throw Exceptions::InvalidChange("an edit of this file was cut off: --restore puts the old "
-                                                "bytes back, --discard-undo keeps "
-                                                "the file as it is");
+            if (undo_.isAsked())
+                return undo_.run(file_);
+            UndoOptions::requireNone(file_);
             return edit();
         } catch (Exceptions::InvalidValue const& refusal) {
             reportFault(file_, refusal.message());
@@ -109,17 +101,6 @@ private:
         bool const hasNoRoom = message.find("do not fit in place") != std::string::npos;
         reportFault(isNamed ? name : file_, (isNamed ? message.substr(separator + 2) : message) +
                                                 (hasNoRoom ? " (-o writes a new file)" : ""));
-    }
-
-    ExitStatus endUndo() const {
-        if (!MXFIO::UndoRecord::exists(file_))
-            throw Exceptions::InvalidChange("there is no undo record: no edit of this file was cut off");
-        MXFIO::UndoRecord record{std::string_view(file_)};
-        std::string const description = record.describe();
-        restore_ ? record.restore() : record.discard();
-        std::cout << file_ << ": " << (restore_ ? "restored" : "undo record discarded") << " (" << description
-                  << ")\n";
-        return Done;
     }
 
     ExitStatus edit() const {
@@ -190,7 +171,7 @@ private:
     std::string file_, output_;
     std::vector<std::string> sets_, unsets_, frameworks_;
     bool inPlace_ = false, replace_ = false, dryRun_ = false, noHistory_ = false, listPaths_ = false;
-    bool restore_ = false, discardUndo_ = false;
+    UndoOptions undo_;
     ReportOptions report_;
 };
 

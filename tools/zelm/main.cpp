@@ -37,6 +37,7 @@ constexpr CommandRow commandRows[] = {
      makeWrapCommand},
     {"diff", "Compare two files: partitions, metadata by role, index tables, essence", makeDiffCommand},
     {"edit", "Change properties of the header metadata, in place or into a new file", makeEditCommand},
+    {"repair", "Make a file whole that was cut off: footer, index tables, durations", makeRepairCommand},
     {"rewrap", "Write the essence of a file into another one, laid out in another way", makeRewrapCommand},
     {"join", "Write the essence of several files into one, one after the other", makeJoinCommand},
 };

@@ -21,6 +21,9 @@ public:
     /// Writes `size` bytes at `position`, which is at most the file's size. Throws Exceptions::SystemError.
     virtual void writeAt(std::uint64_t position, const unsigned char* bytes, std::uint64_t size) = 0;
 
+    /// Cuts the file to `size` bytes. Throws Exceptions::SystemError.
+    virtual void truncate(std::uint64_t size) = 0;
+
     /// Has the system bring all written bytes to the device. Throws Exceptions::SystemError.
     virtual void synchronize() = 0;
 

@@ -1,8 +1,8 @@
 /// The undo record of an edit in place: what stood in a file before, in a small file of its own beside it.
 ///
 ///     magic         8    "ZELMUNDO"
-///     version       4    1
-///     file size     8    of the edited file
+///     version       4    1; 2 when bytes are put behind the file's end
+///     file size     8    of the edited file, before the edit
 ///     count         4    number of pieces
 ///     pieces             each: position (8), length (4), the bytes that stood there
 ///     checksum      8    FNV-1a, 64 bits, of everything before it
@@ -52,9 +52,15 @@ public:
     explicit UndoRecord(std::u16string_view fileName, FileOperations* operations = nullptr);
     ~UndoRecord();
 
+    /// What the edit does to the file's size.
+    enum class Growth {
+        None,
+        Appends, ///< bytes come behind the file's end: to restore it, it is cut there
+    };
+
     /// A new record, in memory until `write`.
     UndoRecord(std::string_view fileName, std::uint64_t fileSize, std::vector<Piece> pieces,
-               FileOperations* operations = nullptr);
+               FileOperations* operations = nullptr, Growth growth = Growth::None);
 
     UndoRecord(UndoRecord const&) = delete;
     UndoRecord& operator=(UndoRecord const&) = delete;
@@ -67,7 +73,7 @@ public:
     /// record is all there is to do.
     bool isComplete() const { return complete_; }
 
-    /// Bytes of the edited file; 0 for a record that is not complete.
+    /// Bytes of the edited file before the edit; 0 for a record that is not complete.
     std::uint64_t fileSize() const { return fileSize_; }
 
     /// What would be put back; empty for a record that is not complete.
@@ -78,8 +84,9 @@ public:
 
     /// Puts the old bytes back, brings them to the device and removes the record: the file is as it was
     /// before the edit. Cut off at any point, it can be done again. A record that is not complete is just
-    /// removed. Throws Exceptions::InvalidStructure when the file has another size than the record says (it
-    /// is another file by now), Exceptions::SystemError when the system refuses; then the record stays.
+    /// removed. Throws Exceptions::InvalidStructure when the file has another size than the record says, or
+    /// less where the edit appends (it is another file by now), Exceptions::SystemError when the system
+    /// refuses; then the record stays.
     void restore();
 
     /// Removes the record and leaves the file as it is. When the record is complete the file may hold a
@@ -99,6 +106,7 @@ private:
     FileOperations* operations_;
     std::uint64_t fileSize_ = 0;
     std::vector<Piece> pieces_;
+    Growth growth_ = Growth::None;
     bool complete_ = false;
 };
 

@@ -7,6 +7,7 @@
 #include "MXF/Zelm/MXFIO/BodyStream.h"
 
 #include <functional>
+#include <limits>
 
 namespace MXF::Zelm::MXFIO {
 
@@ -74,9 +75,11 @@ public:
 
     /// The same as an index table. One segment with an EditUnitByteCount when all have the same size and no
     /// picture needs another; otherwise segments with an entry for each edit unit, cut at key frames, whose
-    /// arrays have at most 65535 bytes. What was not learnt is not there, or 0.
-    Templates::auto_ptr<IndexTables::IndexTable> table(std::uint32_t indexSID,
-                                                       Templates::Rational<int> const& editRate) const;
+    /// arrays have at most 65535 bytes. What was not learnt is not there, or 0. Edit units before `from` are
+    /// left out.
+    Templates::auto_ptr<IndexTables::IndexTable>
+    table(std::uint32_t indexSID, Templates::Rational<int> const& editRate,
+          std::int64_t from = std::numeric_limits<std::int64_t>::min()) const;
 
 private:
     struct Unit;

@@ -1,8 +1,10 @@
 #include "MXF/Zelm/MXFIO/FileOperations.h"
 
+#include "MXF/Zelm/ByteCoders/Hexadecimal.h"
 #include "MXF/Zelm/DataIO/File/FileFunctions.h"
 #include "MXF/Zelm/DataIO/File/NativeFile.h"
 #include "MXF/Zelm/MXFIO/SystemOperations.h"
+#include "MXF/Zelm/Platform/Random.h"
 #include "MXF/Zelm/Templates/SafeCast.h"
 
 namespace MXF::Zelm::MXFIO {
@@ -32,6 +34,7 @@ public:
     void writeAt(std::uint64_t position, const unsigned char* bytes, std::uint64_t size) override {
         file_->writeAt(position, bytes, Templates::safeCast<std::size_t>(size));
     }
+    void truncate(std::uint64_t size) override { file_->truncate(size); }
     void synchronize() override { file_->synchronize(); }
     void close() override { file_->close(); }
 
@@ -59,6 +62,12 @@ void FileOperations::synchronizeEntry(std::string const& name) { DataIO::File::s
 FileOperations* orSystem(FileOperations* operations) {
     static FileOperations system; // has no state
     return operations != nullptr ? operations : &system;
+}
+
+std::string temporaryNameFor(std::string const& name) {
+    unsigned char bytes[4];
+    Platform::randomBytes(bytes, sizeof bytes);
+    return name + ".zelm-" + ByteCoders::toHexadecimal(bytes, sizeof bytes);
 }
 
 void removeQuietly(FileOperations& operations, std::string const& name) noexcept {

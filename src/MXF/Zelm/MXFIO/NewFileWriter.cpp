@@ -1,10 +1,8 @@
 #include "MXF/Zelm/MXFIO/NewFileWriter.h"
 
-#include "MXF/Zelm/ByteCoders/Hexadecimal.h"
 #include "MXF/Zelm/DataIO/File/FileFunctions.h"
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/MXFIO/SystemOperations.h"
-#include "MXF/Zelm/Platform/Random.h"
 
 #include <algorithm>
 
@@ -14,13 +12,6 @@ namespace {
 
 /// Bytes that are copied or compared in one go, and between two calls of the progress callback.
 constexpr std::uint64_t blockSize = 4 * 1024 * 1024;
-
-/// A name in the same folder that nobody else uses.
-std::string temporaryNameFor(std::string const& name) {
-    unsigned char bytes[4];
-    Platform::randomBytes(bytes, sizeof bytes);
-    return name + ".zelm-" + ByteCoders::toHexadecimal(bytes, sizeof bytes);
-}
 
 /// Calls `action(offset in the piece, bytes)` block by block.
 template <class Action>

@@ -17,7 +17,7 @@ using ByteCoders::decodeInteger;
 namespace {
 
 constexpr unsigned char magic[] = {'Z', 'E', 'L', 'M', 'U', 'N', 'D', 'O'};
-constexpr std::uint32_t currentVersion = 1;
+constexpr std::uint32_t plainVersion = 1, appendingVersion = 2;
 constexpr std::size_t versionAt = 8, fileSizeAt = 12, countAt = 20, piecesAt = 24;
 constexpr std::size_t pieceHeaderSize = 12, checksumSize = 8;
 
@@ -60,11 +60,12 @@ UndoRecord::UndoRecord(std::u16string_view fileName, FileOperations* operations)
     : UndoRecord(Platform::toUtf8(fileName), operations) {}
 
 UndoRecord::UndoRecord(std::string_view fileName, std::uint64_t fileSize, std::vector<Piece> pieces,
-                       FileOperations* operations)
+                       FileOperations* operations, Growth growth)
     : fileName_(fileName),
       operations_(orSystem(operations)),
       fileSize_(fileSize),
       pieces_(std::move(pieces)),
+      growth_(growth),
       complete_(true) {}
 
 UndoRecord::~UndoRecord() = default;
@@ -85,9 +86,10 @@ bool UndoRecord::parse(std::vector<unsigned char> const& bytes) {
     if (fnv1a(bytes.data(), end) != decodeInteger<std::uint64_t>(bytes.data() + end))
         return false;
     auto const version = decodeInteger<std::uint32_t>(bytes.data() + versionAt);
-    if (version != currentVersion)
+    if (version != plainVersion && version != appendingVersion)
         throw Exceptions::InvalidFormat(recordName() + ": an undo record of version " +
                                         std::to_string(version) + ", which is not known here");
+    growth_ = version == appendingVersion ? Growth::Appends : Growth::None;
     fileSize_ = decodeInteger<std::uint64_t>(bytes.data() + fileSizeAt);
     std::size_t at = piecesAt;
     for (auto left = decodeInteger<std::uint32_t>(bytes.data() + countAt); left > 0; --left) {
@@ -106,7 +108,7 @@ bool UndoRecord::parse(std::vector<unsigned char> const& bytes) {
 
 std::vector<unsigned char> UndoRecord::serialized() const {
     std::vector<unsigned char> bytes(magic, magic + sizeof magic);
-    append(bytes, currentVersion);
+    append(bytes, growth_ == Growth::Appends ? appendingVersion : plainVersion);
     append(bytes, fileSize_);
     append(bytes, Templates::safeCast<std::uint32_t>(pieces_.size()));
     for (auto const& piece : pieces_) {
@@ -125,7 +127,8 @@ std::string UndoRecord::describe() const {
     for (auto const& piece : pieces_)
         total += piece.bytes.size();
     return "an edit was cut off: the undo record holds " + std::to_string(total) + " old bytes of " +
-           std::to_string(pieces_.size()) + (pieces_.size() == 1 ? " place" : " places");
+           std::to_string(pieces_.size()) + (pieces_.size() == 1 ? " place" : " places") +
+           (growth_ == Growth::Appends ? ", and where the file ended" : "");
 }
 
 void UndoRecord::write() const {
@@ -144,13 +147,16 @@ void UndoRecord::write() const {
 
 void UndoRecord::restore() {
     if (complete_) {
-        if (DataIO::File::FileDataSource(fileName_).size() != fileSize_)
+        std::uint64_t const size = DataIO::File::FileDataSource(fileName_).size();
+        if (growth_ == Growth::Appends ? size < fileSize_ : size != fileSize_)
             throw Exceptions::InvalidStructure(fileName_ +
                                                ": the undo record is not of this file: it is of one of " +
                                                std::to_string(fileSize_) + " bytes");
         auto const file = operations_->open(fileName_, FileOperations::Mode::Modify);
         for (auto const& piece : pieces_)
             file->writeAt(piece.position, piece.bytes.data(), piece.bytes.size());
+        if (size > fileSize_)
+            file->truncate(fileSize_);
         file->synchronize();
         file->close();
     }

@@ -225,14 +225,15 @@ IndexTables::IndexEntryArray WalkedIndex::entryArray(Entries const& entries, std
     return array;
 }
 
-Templates::auto_ptr<IndexTables::IndexTable>
-WalkedIndex::table(std::uint32_t indexSID, Templates::Rational<int> const& editRate) const {
+Templates::auto_ptr<IndexTables::IndexTable> WalkedIndex::table(std::uint32_t indexSID,
+                                                                Templates::Rational<int> const& editRate,
+                                                                std::int64_t from) const {
     using namespace IndexTables;
     auto table = std::make_unique<IndexTable>(indexSID, stream_.bodySID());
     auto const all = entries();
     bool const isConstant = constantSize() && std::all_of(all.pictures.begin(), all.pictures.end(), isPlain);
-    for (std::uint64_t at = 0; at < count_;) {
-        std::uint64_t const count = isConstant ? count_ : segmentSize(all, at);
+    for (auto at = static_cast<std::uint64_t>(std::max(from, begin_) - begin_); at < count_;) {
+        std::uint64_t const count = isConstant ? count_ - at : segmentSize(all, at);
         auto segment = std::make_unique<IndexTableSegment>(std::uint8_t{4});
         segment->indexEditRate(Types::Rational(editRate));
         segment->indexStartPosition(Types::Position(begin_ + static_cast<std::int64_t>(at)));
