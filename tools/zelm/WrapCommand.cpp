@@ -38,6 +38,15 @@ public:
                 "What all inputs are, whatever their bytes look like; of data each file is an edit unit")
             ->check(CLI::IsMember(inputKindNames()));
         parser
+            .add_option("--first", options_.tracks.first,
+                        "Number that a sequence of files begins with; else the first that is there")
+            ->type_name("N");
+        parser
+            .add_option("--resource", options_.tracks.resources,
+                        "A font or picture of timed text, and the UUID that the document has for it")
+            ->type_name("[UUID=][TYPE=]FILE")
+            ->allow_extra_args(false);
+        parser
             .add_option("--program", options_.tracks.program,
                         "The number of the program to take from transport streams, if not the first")
             ->check(CLI::Range(1u, 65535u));
@@ -88,6 +97,11 @@ private:
         "pictures: sound that is "
         "longer\n"
         "is cut, sound that is shorter goes on in silence; the report tells.\n"
+        "\nAlso JPEG 2000 (codestreams, JP2), timed text with its --resource files. A sequence of files is "
+        "one\n"
+        "input: frame%05d.j2c, from the first that is there or --first N on. Where no input tells the rate, "
+        "--rate\n"
+        "must.\n"
         "\nPresets: rdd9 (MPEG-2 long GOP), d10 (D-10 with 8 AES3 channels), op1a (mono sounds), atom and "
         "as02 (a\n"
         "file for each track: OUT_v1.mxf, OUT_a1.mxf, …; of as02 the essence files, without version file).\n"

@@ -97,6 +97,9 @@ private:
     }
 
     SourcePackage& addContainer(WrapContainer const& container) {
+        for (auto const* const track : container.tracks)
+            for (auto const& stream : track->streams)
+                builder_->addGenericStream(stream);
         OPBuilders::FilePackageOptions package;
         if (task_.layout.isOneFilePerTrack())
             package.uid = identities_.packages[number_];

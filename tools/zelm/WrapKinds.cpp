@@ -1,9 +1,12 @@
 #include "WrapKinds.h"
 
+#include "FileSequence.h"
 #include "WrapAncillary.h"
+#include "WrapImages.h"
 #include "WrapPictures.h"
 #include "WrapSounds.h"
 #include "WrapStreams.h"
+#include "WrapTimedText.h"
 
 #include <MXF/Zelm/DataIO/File/FileSliceSource.h>
 #include <MXF/Zelm/Essence/Wave/WaveReader.h>
@@ -132,13 +135,14 @@ constexpr unsigned char auxiliaryDataElement = 0x0D;
 
 /// All data files together are one track: each is an edit unit.
 void addData(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
-    if (!head.isFile())
+    if (!head.isFile() && head.sequence.empty())
         throw CannotWrap(head.name + ": is no file, so that it is no edit unit");
+    auto const names = head.sequence.empty() ? std::vector<std::string>(1, head.name) : head.sequence;
     if (making.dataFiles) {
-        making.dataFiles->push_back(head.name);
+        making.dataFiles->insert(making.dataFiles->end(), names.begin(), names.end());
         return;
     }
-    making.dataFiles = std::make_shared<std::vector<std::string>>(1, head.name);
+    making.dataFiles = std::make_shared<std::vector<std::string>>(names);
     auto next = [files = making.dataFiles,
                  i = std::size_t{0}]() mutable -> Templates::SharedPtr<DataIO::SliceSource> {
         return i < files->size() ? std::make_shared<FileSliceSource>(std::string_view((*files)[i++]))
@@ -159,6 +163,8 @@ constexpr InputKind inputKinds[] = {
     {"ps", "MPEG program stream", isProgramStream, false, nullptr, programStreams},
     {"ts", "MPEG transport stream", isTransportStream, false, nullptr, transportStreams},
     {"dv", "DV video", isDv, true, addDv},
+    {"jpeg2000", "JPEG 2000", isJpeg2000, false, addJpeg2000},
+    {"timed-text", "timed text", isTimedText, false, addTimedText},
     {"d10", "D-10 video", isD10, true, addD10},
     {"mpeg2", "MPEG-2 video", isVideo, true, addMpeg},
     {"avc", "AVC video", isAvc, true, addAvc},
@@ -190,6 +196,14 @@ InputHead::InputHead(std::string const& file)
 InputHead::InputHead(std::string streamName, Opening opening)
     : name(std::move(streamName)), opening_(std::move(opening)) {
     readStart();
+}
+
+InputHead InputHead::ofSequence(std::string const& pattern, std::optional<std::uint64_t> first) {
+    auto const files = std::make_shared<FileSequence const>(pattern, first);
+    InputHead head(pattern, [files](Blocks const& blocks) { return files->open(blocks); });
+    head.sequence = files->names();
+    head.fileSize = files->bytes();
+    return head;
 }
 
 void InputHead::readStart() {

@@ -24,11 +24,18 @@ struct InputHead {
     std::string as;                 ///< the name of its kind, where that is told; else its bytes tell
     MXF::Zelm::Essence::Wave::WaveFormat pcm = {}; ///< of samples and nothing else
 
+    /// Of a sequence of files, which are one input, their names in order; else empty.
+    std::vector<std::string> sequence = {};
+
     /// A file. Throws Exceptions::SystemError.
     explicit InputHead(std::string const& file);
 
     /// A stream. Throws what its source throws.
     InputHead(std::string streamName, Opening opening);
+
+    /// The files that a pattern such as "frame%05d.j2c" names, one after the other; `first` is the number to
+    /// begin with, absent for the first that is there. Throws CannotWrap when one is missing.
+    static InputHead ofSequence(std::string const& pattern, std::optional<std::uint64_t> first);
 
     Source open(TrackMaking const& making) const { return opening_(making.blocks); }
     Source open(Blocks const& blocks) const { return opening_(blocks); }

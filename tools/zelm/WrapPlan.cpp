@@ -1,5 +1,6 @@
 #include "WrapPlan.h"
 
+#include "FileSequence.h"
 #include "TimeText.h"
 #include "WrapKinds.h"
 #include "WrapPresets.h"
@@ -138,17 +139,24 @@ WrapPlan::Items WrapPlan::openInputs(WrapOptions const& options, SharedDictionar
     for (std::size_t i = 0; i < options.inputs.size(); ++i) {
         if (options.inputs[i] == separator)
             continue;
-        InputHead head(options.inputs[i]);
+        auto head = FileSequence::isPattern(options.inputs[i])
+                        ? InputHead::ofSequence(options.inputs[i], options.tracks.first)
+                        : InputHead(options.inputs[i]);
         head.as = options.tracks.as;
         head.pcm = options.tracks.pcm;
-        inputs_.push_back(head.name);
+        if (head.isFile())
+            inputs_.push_back(head.name);
+        inputs_.insert(inputs_.end(), head.sequence.begin(), head.sequence.end());
         inputBytes_ += head.fileSize;
         openInput(head, making, opened[i], waiting);
     }
-    findRate(opened);
+    making.isRateTold = findRate(opened);
     making.rate = rate_;
     for (auto const& input : waiting)
         input.kind.addTracks(input.head, making, input.tracks);
+    rate_ = making.rate;
+    if (!options.tracks.resources.empty() && making.streams == 0)
+        throw CannotWrap("--resource: there is no timed text that resources could belong to");
     if (layout_.isPreset("d10"))
         joinD10Sounds(opened);
     return gather(std::move(opened), options);
@@ -183,7 +191,8 @@ WrapPlan::Items WrapPlan::gather(Opened opened, WrapOptions const& options) {
     return items;
 }
 
-void WrapPlan::findRate(Opened const& opened) {
+/// False when neither inputs nor options tell it, so that it is the usual one.
+bool WrapPlan::findRate(Opened const& opened) {
     std::optional<EditRate> found;
     std::string from;
     for (auto const& tracks : opened)
@@ -201,6 +210,7 @@ void WrapPlan::findRate(Opened const& opened) {
     if (found && layout_.rate() && *found != *layout_.rate())
         throw CannotWrap("--rate: " + from + " has " + rateText(*found) + " edit units a second");
     rate_ = found ? *found : layout_.rate().value_or(usualRate);
+    return found || layout_.rate();
 }
 
 void WrapPlan::nameTracks(Items const& items) {

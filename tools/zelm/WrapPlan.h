@@ -70,7 +70,7 @@ private:
     Items openInputs(WrapOptions const& options, SharedDictionary dictionary);
     void openInput(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks,
                    std::vector<Waiting>& waiting, unsigned depth = 0) const;
-    void findRate(Opened const& opened);
+    bool findRate(Opened const& opened);
     void nameTracks(Items const& items);
     Items gather(Opened opened, WrapOptions const& options);
     void arrange(Items const& items, WrapOptions const& options);

@@ -6,6 +6,7 @@
 #include "TrackTap.h"
 
 #include <MXF/Zelm/DataIO/Memory/MemoryBlockFactory.h>
+#include <MXF/Zelm/MXFIO/GenericStreamPartitionWriter.h>
 
 #include <deque>
 #include <set>
@@ -47,15 +48,20 @@ struct WrapTrack {
     std::shared_ptr<OpenEnd> openEnd = nullptr; ///< of data that has one
 
     std::shared_ptr<void> keeps = nullptr; ///< what the analyzer reads from
+
+    /// What belongs to the essence besides, each for a partition of its own.
+    std::vector<MXF::Zelm::MXFIO::GenericStream> streams = {};
 };
 
 /// How the tracks are to be made.
 struct TrackOptionsOfWrap {
-    std::optional<unsigned> channels;              ///< of a track of sound; 0 for all of a file
-    MXF::Zelm::Essence::Wave::WaveFormat pcm = {}; ///< of inputs that are samples and nothing else
-    std::string as;                                ///< the name of the kind that all inputs are of
-    std::uint16_t program = 0;                     ///< of transport streams; 0 for the first one
-    bool aes3 = false;                             ///< sound is wrapped as AES3, with its channel status
+    std::optional<unsigned> channels;                  ///< of a track of sound; 0 for all of a file
+    MXF::Zelm::Essence::Wave::WaveFormat pcm = {};     ///< of inputs that are samples and nothing else
+    std::string as;                                    ///< the name of the kind that all inputs are of
+    std::uint16_t program = 0;                         ///< of transport streams; 0 for the first one
+    bool aes3 = false;                                 ///< sound is wrapped as AES3, with its channel status
+    std::optional<std::uint64_t> first = std::nullopt; ///< number of a sequence of files
+    std::vector<std::string> resources = {};           ///< of timed text: [UUID=][TYPE=]FILE
 };
 
 /// What makers of tracks know and what they make.
@@ -66,12 +72,14 @@ struct TrackMaking {
 
     /// Content packages a second; not known while inputs with a rate of their own are being opened.
     EditRate rate = {};
+    bool isRateTold = false; ///< by an input or an option; else it is the usual one
 
     /// Of all inputs together, so that one's spare blocks serve another.
     std::shared_ptr<MXF::Zelm::DataIO::BlockFactory> blocks =
         std::make_shared<MXF::Zelm::DataIO::Memory::MemoryBlockFactory>();
 
     std::size_t sources = 0;
+    std::uint32_t streams = 0;                                     ///< generic streams so far
     std::shared_ptr<std::vector<std::string>> dataFiles = nullptr; ///< edit units of the data track
 
     /// What a person should know; sources add to them while they are read.

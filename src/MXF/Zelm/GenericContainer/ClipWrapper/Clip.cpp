@@ -5,6 +5,8 @@
 #include "MXF/Zelm/Utils/Align.h"
 #include "MXF/Zelm/Utils/TimeBase.h"
 
+#include <algorithm>
+
 namespace MXF::Zelm::GenericContainer::ClipWrapper {
 
 namespace {
@@ -24,6 +26,13 @@ indexOf(EssenceAnalyzer const& analyzer, Templates::Rational<int> const& editRat
         std::vector<Multiplexer::IndexedElement>{
             {.byteCount = unitSize, .isReordered = analyzer.containsTemporalDependencies(), .rules = true}},
         false, unitSize);
+}
+
+/// Edit units that one of the index stands for: its length says so where all of the essence is in one.
+std::int64_t unitsIn(EditUnit const& unit, Templates::Rational<int> const& editRate) {
+    if (unit.duration.denominator <= 0 || unit.duration.numerator <= 0)
+        return 1;
+    return std::max<std::int64_t>(1, Utils::secondsToFrames(unit.duration, editRate));
 }
 
 } // namespace
@@ -105,10 +114,12 @@ void Clip::takeEditUnit(DataIO::Chain& out) {
     hasBegun_ = true;
     index_->appendIndexEntry(headSize() + length_->length(), unit_.index);
     ++entries_;
+    units_ += unitSize_ == 0 ? unitsIn(unit_, editRate_) : 0;
     length_->add(unit_.data.size());
     out.append(std::move(unit_.data));
 }
 
+/// Of the index.
 std::int64_t Clip::editUnits() const {
     if (unitSize_ == 0)
         return entries_;
@@ -122,7 +133,7 @@ void Clip::finalize() {
     data_.analyzer->finalize();
     index_->finalize(editUnits());
     if (data_.builder)
-        data_.builder->finish(editUnits(), editRate_);
+        data_.builder->finish(unitSize_ == 0 ? units_ : editUnits(), editRate_);
 }
 
 } // namespace MXF::Zelm::GenericContainer::ClipWrapper

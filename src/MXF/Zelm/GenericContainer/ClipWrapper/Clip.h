@@ -83,6 +83,7 @@ private:
     Utils::Padding padding_;
     EditUnit unit_;
     std::int64_t entries_ = 0; // of the index
+    std::int64_t units_ = 0;   // of the tracks, where units vary in size
     bool hasBegun_ = false;
     bool hasEnded_ = false;
     bool isFinalized_ = false;
