@@ -1,6 +1,7 @@
 /// `zelm wrap INPUT… -o OUT.mxf`: essence into a new MXF file.
 #include "Faults.h"
 #include "WrapFiles.h"
+#include "WrapKinds.h"
 #include "WrapPresets.h"
 #include "WrapReport.h"
 #include "WrapSounds.h"
@@ -31,9 +32,11 @@ public:
             ->check(CLI::Range(0u, 128u));
         parser.add_option("--pcm", pcm_, "What inputs are that nobody knows: samples, little-endian")
             ->type_name("BITS,CHANNELS,RATE");
-        parser.add_option("--as", as_, "What inputs are that nobody knows: data, each an edit unit")
-            ->check(CLI::IsMember({"data"}))
-            ->excludes("--pcm");
+        parser
+            .add_option(
+                "--as", options_.tracks.as,
+                "What all inputs are, whatever their bytes look like; of data each file is an edit unit")
+            ->check(CLI::IsMember(inputKindNames()));
         parser.add_option("--play", plays_, "Of op3a and op3b: the edit units that play, one for each item")
             ->type_name("A:B")
             ->allow_extra_args(false);
@@ -96,7 +99,6 @@ private:
     void takeOptions() {
         if (!pcm_.empty())
             options_.tracks.pcm = parsePcm(pcm_);
-        options_.tracks.asData = !as_.empty();
         options_.tracks.channels = channels_;
         for (auto const& text : plays_) {
             auto const range = parseUnits(text);
@@ -159,7 +161,7 @@ private:
     LayoutOptions layoutOptions_;
     WrapOptions options_;
     std::optional<unsigned> channels_;
-    std::string pcm_, as_;
+    std::string pcm_;
     std::vector<std::string> plays_;
     bool force_ = false, discard_ = false;
     ReportOptions report_;

@@ -23,23 +23,6 @@ using GenericContainer::Wrapping;
 
 namespace {
 
-std::shared_ptr<FileSliceSource> open(InputHead const& head, TrackMaking const& making) {
-    return std::make_shared<FileSliceSource>(std::string_view(head.name), making.blocks);
-}
-
-void addTrack(std::vector<WrapTrack>& tracks, char kind, InputHead const& head, const char* essence,
-              GenericContainer::EssenceAnalyzerPtr analyzer, std::size_t source,
-              std::shared_ptr<void> keeps = nullptr) {
-    WrapTrack track;
-    track.kind = kind;
-    track.input = head.name;
-    track.essence = essence;
-    track.tap = std::make_shared<TrackTap>(std::move(analyzer));
-    track.source = source;
-    track.keeps = std::move(keeps);
-    tracks.push_back(std::move(track));
-}
-
 /// Whether a start code with this value stands among the first bytes.
 bool hasStartCode(InputHead const& head, unsigned char value) {
     const unsigned char code[] = {0, 0, 1, value};
@@ -54,13 +37,13 @@ bool isVideo(InputHead const& head, TrackMaking const&) {
 }
 
 bool isD10(InputHead const& head, TrackMaking const& making) {
-    return isVideo(head, making) && GenericContainer::D10Analyzer(open(head, making)).preload();
+    return isVideo(head, making) && GenericContainer::D10Analyzer(head.open(making)).preload();
 }
 
 template <class Analyzer>
 void addVideo(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks,
               const char* essence) {
-    auto const analyzer = std::make_shared<Analyzer>(open(head, making));
+    auto const analyzer = std::make_shared<Analyzer>(head.open(making));
     if (!analyzer->preload())
         throw CannotWrap(head.name + ": has no picture with a known size and frame rate");
     addTrack(tracks, 'v', head, essence, analyzer, making.sources++);
@@ -128,6 +111,8 @@ void addContainer(std::shared_ptr<MxfInput> const& file, MXFIO::EssenceContainer
 }
 
 void addMxf(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
+    if (!head.isFile())
+        throw CannotWrap(head.name + ": an MXF file inside of another file cannot be read");
     auto const file = std::make_shared<MxfInput>(head.name, making.dictionary);
     std::size_t const before = tracks.size();
     for (auto const& container : file->containers)
@@ -136,9 +121,7 @@ void addMxf(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& 
         throw CannotWrap(head.name + ": has no essence");
 }
 
-bool isSamples(InputHead const&, TrackMaking const& making) { return making.options.pcm.channels != 0; }
-
-bool isData(InputHead const&, TrackMaking const& making) { return making.options.asData; }
+bool isSamples(InputHead const& head, TrackMaking const&) { return head.pcm.channels != 0; }
 
 /// Auxiliary data (SMPTE 429-14), frame by frame: the mapping for data of any kind.
 constexpr auto auxiliaryData = "060E2B34.0401010D.0D010301.02130201"_key;
@@ -146,6 +129,8 @@ constexpr unsigned char auxiliaryDataElement = 0x0D;
 
 /// All data files together are one track: each is an edit unit.
 void addData(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
+    if (!head.isFile())
+        throw CannotWrap(head.name + ": is no file, so that it is no edit unit");
     if (making.dataFiles) {
         making.dataFiles->push_back(head.name);
         return;
@@ -165,32 +150,74 @@ void addData(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>&
 }
 
 constexpr InputKind inputKinds[] = {
-    {"MXF file", isMxf, true, addMxf},
-    {"Wave file", isWave, false, addWave},
-    {"D-10 video", isD10, true, addD10},
-    {"MPEG-2 video", isVideo, true, addMpeg},
-    {"samples (--pcm)", isSamples, false, addSamples},
-    {"data (--as data)", isData, false, addData},
+    {"mxf", "MXF file", isMxf, true, addMxf},
+    {"wave", "Wave file", isWave, false, addWave},
+    {"d10", "D-10 video", isD10, true, addD10},
+    {"mpeg2", "MPEG-2 video", isVideo, true, addMpeg},
+    {"samples", "samples (--pcm)", isSamples, false, addSamples},
+    {"data", "data (--as data)", nullptr, false, addData},
 };
+
+InputKind const& kindNamed(InputHead const& head) {
+    for (auto const& kind : inputKinds)
+        if (head.as == kind.name)
+            return kind;
+    throw CannotWrap(head.name + ": no kind of input is named " + head.as);
+}
 
 } // namespace
 
-InputHead::InputHead(std::string const& fileName) : name(fileName) {
-    FileSliceSource source{std::string_view(name)};
+InputHead::InputHead(std::string const& file)
+    : name(file),
+      opening_([file](Blocks const& blocks) {
+          return std::make_shared<FileSliceSource>(std::string_view(file), blocks);
+      }),
+      isFile_(true) {
+    fileSize = FileSliceSource{std::string_view(file)}.size();
+    readStart();
+}
+
+InputHead::InputHead(std::string streamName, Opening opening)
+    : name(std::move(streamName)), opening_(std::move(opening)) {
+    readStart();
+}
+
+void InputHead::readStart() {
     DataIO::Chain chain;
-    source.read(size, chain);
+    opening_(std::make_shared<DataIO::Memory::MemoryBlockFactory>())->read(size, chain);
     bytes = chain.contiguous();
-    fileSize = source.size();
 }
 
 InputKind const& kindOf(InputHead const& head, TrackMaking const& making) {
-    for (auto const& kind : inputKinds)
-        if (kind.recognises(head, making))
-            return kind;
+    if (!head.as.empty())
+        return kindNamed(head);
     std::string known;
-    for (auto const& kind : inputKinds)
-        known += (known.empty() ? "" : ", ") + std::string(kind.name);
+    for (auto const& kind : inputKinds) {
+        if (kind.recognises && kind.recognises(head, making))
+            return kind;
+        known += (known.empty() ? "" : ", ") + std::string(kind.description);
+    }
     throw CannotWrap(head.name + ": is none of the inputs that can be wrapped: " + known);
+}
+
+std::vector<std::string> inputKindNames() {
+    std::vector<std::string> names;
+    for (auto const& kind : inputKinds)
+        names.emplace_back(kind.name);
+    return names;
+}
+
+void addTrack(std::vector<WrapTrack>& tracks, char kind, InputHead const& head, const char* essence,
+              GenericContainer::EssenceAnalyzerPtr analyzer, std::size_t source,
+              std::shared_ptr<void> keeps) {
+    WrapTrack track;
+    track.kind = kind;
+    track.input = head.name;
+    track.essence = essence;
+    track.tap = std::make_shared<TrackTap>(std::move(analyzer));
+    track.source = source;
+    track.keeps = std::move(keeps);
+    tracks.push_back(std::move(track));
 }
 
 } // namespace Zelm

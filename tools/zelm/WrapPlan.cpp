@@ -104,34 +104,53 @@ WrapPlan::WrapPlan(Layout const& layout, WrapOptions const& options, SharedDicti
         track.tap->options({options.md5, options.verify, track.wrapping == Wrapping::Clip});
 }
 
+struct WrapPlan::Waiting {
+    InputHead head;
+    InputKind const& kind;
+    std::vector<WrapTrack>& tracks;
+};
+
 /// Inputs with a rate of their own are opened first: the others follow it.
 WrapPlan::Items WrapPlan::openInputs(WrapOptions const& options, SharedDictionary dictionary) {
     TrackMaking making{layout_, options.tracks, std::move(dictionary)};
-    std::vector<std::vector<WrapTrack>> opened(options.inputs.size());
-    std::map<std::size_t, std::pair<InputHead, InputKind const*>> waiting;
+    Opened opened(options.inputs.size());
+    std::vector<Waiting> waiting;
     for (std::size_t i = 0; i < options.inputs.size(); ++i) {
         if (options.inputs[i] == separator)
             continue;
         InputHead head(options.inputs[i]);
+        head.as = options.tracks.as;
+        head.pcm = options.tracks.pcm;
         inputs_.push_back(head.name);
         inputBytes_ += head.fileSize;
-        auto const& kind = kindOf(head, making);
-        if (kind.hasRate)
-            kind.addTracks(head, making, opened[i]);
-        else
-            waiting.emplace(i, std::pair(std::move(head), &kind));
+        openInput(head, making, opened[i], waiting);
     }
     findRate(opened);
     making.rate = rate_;
-    for (auto const& [i, input] : waiting)
-        input.second->addTracks(input.first, making, opened[i]);
+    for (auto const& input : waiting)
+        input.kind.addTracks(input.head, making, input.tracks);
     if (layout_.isPreset("d10"))
         joinD10Sounds(opened);
     return gather(std::move(opened), options);
 }
 
+void WrapPlan::openInput(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks,
+                         std::vector<Waiting>& waiting, unsigned depth) const {
+    constexpr unsigned deepest = 4;
+    auto const& kind = kindOf(head, making);
+    if (kind.streams != nullptr && depth == deepest)
+        throw CannotWrap(head.name + ": holds files within files within files");
+    if (kind.streams != nullptr)
+        for (auto const& stream : kind.streams(head, making))
+            openInput(stream, making, tracks, waiting, depth + 1);
+    else if (kind.hasRate)
+        kind.addTracks(head, making, tracks);
+    else
+        waiting.push_back({head, kind, tracks});
+}
+
 /// Puts the tracks where they stay, item by item.
-WrapPlan::Items WrapPlan::gather(std::vector<std::vector<WrapTrack>> opened, WrapOptions const& options) {
+WrapPlan::Items WrapPlan::gather(Opened opened, WrapOptions const& options) {
     Items items(1);
     for (std::size_t i = 0; i < opened.size(); ++i) {
         if (options.inputs[i] == separator)
@@ -144,7 +163,7 @@ WrapPlan::Items WrapPlan::gather(std::vector<std::vector<WrapTrack>> opened, Wra
     return items;
 }
 
-void WrapPlan::findRate(std::vector<std::vector<WrapTrack>> const& opened) {
+void WrapPlan::findRate(Opened const& opened) {
     std::optional<EditRate> found;
     std::string from;
     for (auto const& tracks : opened)

@@ -10,6 +10,8 @@
 
 namespace Zelm {
 
+struct InputHead;
+
 struct WrapOptions {
     /// Names of inputs; "," stands between those that play one after the other, or instead of each other.
     std::vector<std::string> inputs;
@@ -56,10 +58,18 @@ public:
 private:
     using Items = std::vector<std::vector<WrapTrack*>>;
 
+    /// The tracks of each input, or of the comma that stands for it.
+    using Opened = std::vector<std::vector<WrapTrack>>;
+
+    /// An input that follows the rate of others.
+    struct Waiting;
+
     Items openInputs(WrapOptions const& options, SharedDictionary dictionary);
-    void findRate(std::vector<std::vector<WrapTrack>> const& opened);
+    void openInput(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks,
+                   std::vector<Waiting>& waiting, unsigned depth = 0) const;
+    void findRate(Opened const& opened);
     void nameTracks(Items const& items);
-    Items gather(std::vector<std::vector<WrapTrack>> opened, WrapOptions const& options);
+    Items gather(Opened opened, WrapOptions const& options);
     void arrange(Items const& items, WrapOptions const& options);
     WrapItem containersOf(std::vector<WrapTrack*> const& item) const;
 

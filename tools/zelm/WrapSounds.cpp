@@ -2,7 +2,6 @@
 
 #include "UnitRange.h"
 
-#include <MXF/Zelm/DataIO/File/FileSliceSource.h>
 #include <MXF/Zelm/Essence/Converters/ChannelSplitter.h>
 #include <MXF/Zelm/Essence/Wave/WaveReader.h>
 #include <MXF/Zelm/GenericContainer/Analyzers/PCMAnalyzer.h>
@@ -29,15 +28,17 @@ struct OpenSound {
 };
 
 OpenSound openWave(InputHead const& head, TrackMaking const& making) {
-    WaveReader const reader(
-        std::make_shared<DataIO::File::FileSliceSource>(std::string_view(head.name), making.blocks));
+    WaveReader const reader(head.open(making));
     return {reader.samples(), reader.format(), reader.sampleCount()};
 }
 
 OpenSound openSamples(InputHead const& head, TrackMaking const& making) {
-    auto const& format = making.options.pcm;
-    return {std::make_shared<DataIO::File::FileSliceSource>(std::string_view(head.name), making.blocks),
-            format, head.fileSize / format.blockAlign()};
+    if (head.pcm.channels == 0)
+        throw CannotWrap(head.name + ": --pcm says what the samples are like");
+    OpenSound sound{head.open(making), head.pcm, std::nullopt};
+    if (head.isFile())
+        sound.count = head.fileSize / head.pcm.blockAlign();
+    return sound;
 }
 
 /// Makes the tracks of one sound.

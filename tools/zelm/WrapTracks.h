@@ -38,7 +38,7 @@ struct WrapTrack {
 struct TrackOptionsOfWrap {
     std::optional<unsigned> channels;              ///< of a track of sound; 0 for all of a file
     MXF::Zelm::Essence::Wave::WaveFormat pcm = {}; ///< of inputs that are samples and nothing else
-    bool asData = false;                           ///< inputs that nobody knows are data
+    std::string as;                                ///< the name of the kind that all inputs are of
 };
 
 /// What makers of tracks know and what they make.
