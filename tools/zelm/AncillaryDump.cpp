@@ -70,7 +70,7 @@ Json jsonOf(AncillaryPacket const& packet, std::vector<const char*> const& fault
 
 class Dump : public AncillaryPrinter {
 public:
-    explicit Dump(bool asJson) : rows_("packets", asJson) {}
+    Dump(bool asJson, TextSink sink) : rows_("packets", asJson, std::move(sink)) {}
 
     void begin(std::string const& file) override { rows_.begin(file); }
 
@@ -108,6 +108,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<AncillaryPrinter> makeAncillaryDump(bool asJson) { return std::make_unique<Dump>(asJson); }
+std::unique_ptr<AncillaryPrinter> makeAncillaryDump(bool asJson, TextSink sink) {
+    return std::make_unique<Dump>(asJson, std::move(sink));
+}
 
 } // namespace Zelm

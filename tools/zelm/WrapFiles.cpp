@@ -173,10 +173,13 @@ double secondsOfSilence(WrapTrack const& track) {
 
 /// Notes what does not end with the file, each input once.
 void noteEnds(WrapResult& result) {
-    std::set<std::string> noted;
+    std::set<std::string> noted, leftOut;
     for (auto const* const track : result.tracks) {
         if (!track->tap->fault().empty())
             result.notes.push_back(track->input + ": " + track->tap->fault());
+        if (!track->leftOut.empty() && leftOut.insert(track->input).second)
+            for (auto const& chunk : track->leftOut)
+                result.notes.push_back(track->input + ": chunk " + chunk + " is too large and was left out");
         double const aSample = 0.5 / 192000;
         double const silence = track->tail ? secondsOfSilence(*track) : 0;
         bool const isLonger =

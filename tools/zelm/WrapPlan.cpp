@@ -129,6 +129,11 @@ WrapPlan::Items WrapPlan::openInputs(WrapOptions const& options, SharedDictionar
     making.rate = rate_;
     for (auto const& input : waiting)
         input.kind.addTracks(input.head, making, input.tracks);
+    if (auto const& map = options.tracks.channelMap; map && making.channels % map->channelCount() != 0)
+        throw CannotWrap("--map names " + std::to_string(map->channelCount()) +
+                         " channels, the sounds have " + std::to_string(making.channels));
+    if (layout_.isPreset("d10") && options.tracks.channelMap)
+        throw CannotWrap("the sounds of D-10 have no labels: no --map");
     if (layout_.isPreset("d10"))
         joinD10Sounds(opened);
     return gather(std::move(opened), options);

@@ -6,6 +6,7 @@
 #include "TrackTap.h"
 
 #include <MXF/Zelm/DataIO/Memory/MemoryBlockFactory.h>
+#include <MXF/Zelm/Metadata/Structural/ChannelMap.h>
 
 #include <deque>
 #include <stdexcept>
@@ -31,12 +32,17 @@ struct WrapTrack {
     MXF::Zelm::Essence::Wave::WaveFormat format = {};    ///< the same, of the input
     std::optional<std::uint64_t> samples = std::nullopt; ///< of the input, if it tells
 
+    std::vector<std::string> leftOut = {}; ///< chunks of a Wave file that are too large to go along
+
     std::shared_ptr<void> keeps = nullptr; ///< what the analyzer reads from
 };
 
 /// How the tracks are to be made.
 struct TrackOptionsOfWrap {
-    std::optional<unsigned> channels;              ///< of a track of sound; 0 for all of a file
+    std::optional<unsigned> channels; ///< of a track of sound; 0 for all of a file
+
+    /// What the channels of all sounds are, null when that is not known.
+    std::shared_ptr<MXF::Zelm::Metadata::Structural::ChannelMap const> channelMap = nullptr;
     MXF::Zelm::Essence::Wave::WaveFormat pcm = {}; ///< of inputs that are samples and nothing else
     std::string as;                                ///< the name of the kind that all inputs are of
 };
@@ -55,6 +61,7 @@ struct TrackMaking {
         std::make_shared<MXF::Zelm::DataIO::Memory::MemoryBlockFactory>();
 
     std::size_t sources = 0;
+    std::size_t channels = 0;                                      ///< of sounds so far
     std::shared_ptr<std::vector<std::string>> dataFiles = nullptr; ///< edit units of the data track
 
     bool isPreset(std::string_view name) const { return layout.isPreset(name); }
