@@ -99,7 +99,8 @@ TEST(Audio, MeasuresAndSaysWhatDisagrees) {
     EXPECT_EQ(track["samples"], instants);
     EXPECT_EQ(track["channels"][0]["peak_dbfs"], -18.062);
     EXPECT_EQ(track["channels"][1]["rms_dbfs"], -12.041);
-    EXPECT_EQ(track["disagreements"], Json({"the chna chunk has 3 tracks for 2 channels"}));
+    EXPECT_EQ(track["disagreements"].size(), 1u);
+    EXPECT_EQ(track["disagreements"][0], "the chna chunk has 3 tracks for 2 channels");
     EXPECT_FALSE(folder.audio("a.wav", 1, {"--no-levels"})["tracks"][0]["channels"][0].contains("peak_dbfs"));
 
     auto cut = readFile(folder.file("a.wav"));
@@ -118,7 +119,8 @@ TEST(Audio, LabelsGoIntoTracks) {
     folder.run({"wrap", "@a.wav", "-o", "@grouped.mxf", "--map", "L,R,C,LFE,Ls,Rs;Lt,Rt"});
     auto const grouped = folder.audio("grouped.mxf");
     ASSERT_EQ(grouped["tracks"].size(), 2u);
-    EXPECT_EQ(grouped["tracks"][0]["groups"], (Json{{{"symbol", "sg51"}, {"name", "5.1"}}}));
+    EXPECT_EQ(grouped["tracks"][0]["groups"].size(), 1u);
+    EXPECT_EQ(grouped["tracks"][0]["groups"][0]["name"], "5.1");
     EXPECT_EQ(grouped["tracks"][0]["channels"][3]["label"], "LFE");
     EXPECT_EQ(grouped["tracks"][1]["channels"][1]["label"], "Rt");
     EXPECT_EQ(grouped["tracks"][1]["channels"][1]["peak_dbfs"], 0.0);
@@ -170,7 +172,7 @@ TEST(Audio, ExtractsSoundInOtherForms) {
     auto const words = readFile(folder.file("a_a1.aes3"));
     ASSERT_EQ(words.size(), instants * 3 * 4);
     EXPECT_EQ(words[1], 0x00); // of sample 1000, placed in the upper 16 of 24 bits
-    EXPECT_EQ(words[2] | words[3] << 8 & 0xF00, 0x100);
+    EXPECT_EQ(words[2] + (words[3] & 0x0F) * 256, 0x100);
     EXPECT_EQ(words[0], 0x08) << "channel 0, where a block begins";
     auto const packets = readFile(folder.file("a_a1.ts"));
     EXPECT_EQ(packets.size() % 188, 0u);
