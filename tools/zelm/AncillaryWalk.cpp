@@ -102,6 +102,12 @@ std::optional<ElementKind> ancillaryKind(MXFIO::EssenceTrack const* track, Eleme
     return kindOfNumber(element.trackNumber());
 }
 
+std::optional<std::string> AncillaryTrack::editRateText() const {
+    if (editRate.denominator == 0)
+        return std::nullopt;
+    return std::to_string(editRate.numerator) + "/" + std::to_string(editRate.denominator);
+}
+
 AncillaryWalk::AncillaryWalk(Input& input) : input_(input), lines_(mostLines) {
     auto const info = gatherInfo(input);
     lines_ = linesOf(info);

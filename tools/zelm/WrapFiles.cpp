@@ -173,17 +173,15 @@ double secondsOfSilence(WrapTrack const& track) {
 
 /// Notes what does not end with the file, each input once.
 void noteEnds(WrapResult& result) {
-    std::set<std::string> noted, leftOut;
+    std::set<std::string> noted;
     for (auto const* const track : result.tracks) {
         if (!track->tap->fault().empty())
             result.notes.push_back(track->input + ": " + track->tap->fault());
-        if (!track->leftOut.empty() && leftOut.insert(track->input).second)
-            for (auto const& chunk : track->leftOut)
-                result.notes.push_back(track->input + ": chunk " + chunk + " is too large and was left out");
         double const aSample = 0.5 / 192000;
         double const silence = track->tail ? secondsOfSilence(*track) : 0;
         bool const isLonger =
-            track->tail ? !track->tail->isExhausted() || silence < -aSample : track->tap->wasCut();
+            track->tail ? !track->tail->isExhausted() || silence < -aSample
+                        : track->tap->wasCut() && !(track->openEnd && track->openEnd->isExhausted());
         if ((!isLonger && silence <= aSample) || !noted.insert(track->input).second)
             continue;
         result.notes.push_back(track->input + (isLonger ? ": is longer than the file: the rest was left out"
@@ -245,6 +243,9 @@ private:
         result_.seconds = output.seconds();
         result_.interrupted = output.wasInterrupted();
         result_.discarded = output.wasDiscarded();
+        auto& notes = task_.plan.notes();
+        result_.notes.insert(result_.notes.end(), notes.begin(), notes.end());
+        notes.clear();
         if (!result_.interrupted)
             noteEnds(result_);
         if (task_.options.md5)

@@ -21,6 +21,9 @@ using GenericContainer::Wrapping;
 
 namespace {
 
+/// Of an edit unit, which is made in memory: no sound comes near this, what a broken file claims may.
+constexpr std::uint64_t mostUnitBytes = std::uint64_t{64} << 20;
+
 /// A sound, opened.
 struct OpenSound {
     Templates::SharedPtr<DataIO::SliceSource> samples;
@@ -94,6 +97,10 @@ private:
         std::optional<Utils::SampleCadence> cadence;
         if (making_.soundWrapping() == Wrapping::Frame)
             cadence.emplace(sound.format.samplingRate, making_.rate);
+        if (cadence && cadence->mostSamples() > mostUnitBytes / sound.format.blockAlign())
+            throw CannotWrap(head_.name + ": " + std::to_string(sound.format.channels) + " channels at " +
+                             std::to_string(sound.format.samplingRate) +
+                             " Hz make edit units of more than 64 MiB");
         return std::make_shared<SilentTail>(sound.samples, sound.format, cadence,
                                             SilentTail::Extent::LastUnit);
     }
@@ -101,8 +108,8 @@ private:
     void addTrack(OpenSound const& sound, std::shared_ptr<SilentTail> const& tail,
                   Templates::SharedPtr<DataIO::SliceSource> const& source, unsigned channels) {
         PCMOptions options;
-        bool const isRdd9 = making_.isPreset("rdd9");
-        options.mapping = isRdd9 ? PCMOptions::Mapping::AES3 : PCMOptions::Mapping::BroadcastWave;
+        bool const isAES3 = making_.isPreset("rdd9") || making_.options.aes3;
+        options.mapping = isAES3 ? PCMOptions::Mapping::AES3 : PCMOptions::Mapping::BroadcastWave;
         options.wrapping = making_.soundWrapping();
         options.editRate = making_.rate;
         options.channelMap = making_.options.channelMap;
@@ -128,8 +135,6 @@ private:
         track.tail = tail;
         track.format = sound.format;
         track.samples = sound.count;
-        if (origin_)
-            track.leftOut = origin_->leftOut;
         tracks_.push_back(std::move(track));
     }
 
@@ -146,7 +151,9 @@ void addWave(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>&
     if (head.isFile()) {
         WaveReader reader(head.open(making));
         GenericContainer::WaveOrigin found(reader);
-        if (found.broadcast || !found.chunks.empty() || !found.leftOut.empty())
+        for (auto const& chunk : found.leftOut)
+            making.notes->insert(head.name + ": chunk " + chunk + " is too large and was left out");
+        if (found.broadcast || !found.chunks.empty())
             origin = std::make_shared<GenericContainer::WaveOrigin>(std::move(found));
     }
     SoundTracks(head, making, tracks, std::move(origin)).add(openWave);
