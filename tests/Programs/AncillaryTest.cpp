@@ -189,14 +189,15 @@ TEST(Ancillary, ComesOutOfExtractAsItIsListed) {
         auto const bytes = readFile(folder.file(name));
         return std::string(bytes.begin(), bytes.end());
     };
-    auto packets = Json::parse(extracted("anc-json", "small_d2.json"))["packets"];
-    for (auto const& packet : Json::parse(extracted("vbi-json", "small_d1.json"))["packets"])
+    auto packets = Json::parse(extracted("anc-json", "small_d1.json"))["packets"];
+    Json const lines = Json::parse(extracted("vbi-json", "small_d2.json"))["packets"];
+    for (auto const& packet : lines)
         packets.push_back(packet);
     auto listed = json(file, {"--dump"})["packets"];
     std::stable_partition(listed.begin(), listed.end(),
                           [](Json const& each) { return each["kind"] == "ANC"; });
     EXPECT_EQ(packets, listed);
-    EXPECT_EQ(extracted("captions", "small_d2.txt"),
+    EXPECT_EQ(extracted("captions", "small_d1.txt"),
               runZelm({"ancillary", "--captions", file.name()}).output);
 }
 
