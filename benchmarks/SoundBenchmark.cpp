@@ -7,6 +7,7 @@
 #include <MXF/Zelm/Essence/Converters/FrameSources.h>
 #include <MXF/Zelm/Essence/Converters/PCMConverter.h>
 #include <MXF/Zelm/Essence/Converters/PCMToAES3.h>
+#include <MXF/Zelm/Essence/Wave/LevelMeter.h>
 
 #include <benchmark/benchmark.h>
 
@@ -112,6 +113,20 @@ Source fromElements(Source source, unsigned bits) {
 Source inFormat(Source source, PCMFormat const& from, PCMFormat const& to) {
     return std::make_shared<PCMConverter>(std::move(source), from, to);
 }
+
+/// Levels of samples of `bytes` bytes.
+void measure(benchmark::State& state, std::uint16_t bytes) {
+    auto const samples = contentOf(pcm());
+    for (auto _ : state) {
+        Wave::LevelMeter meter({channels, 48000, bytes, static_cast<std::uint16_t>(8 * bytes)});
+        meter.take(samples);
+        meter.finish();
+    }
+    state.SetBytesProcessed(state.iterations() * std::int64_t{pcmBytes});
+}
+
+BENCHMARK_CAPTURE(measure, levels16, std::uint16_t{2});
+BENCHMARK_CAPTURE(measure, levels24, std::uint16_t{3});
 
 BENCHMARK_CAPTURE(convert, to302M16, [](Source source) { return packets(source, 16); });
 BENCHMARK_CAPTURE(convert, to302M24, [](Source source) { return packets(source, 24); });

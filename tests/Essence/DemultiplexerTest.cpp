@@ -1,5 +1,8 @@
 #include "MXF/Zelm/Essence/MPEG/Demultiplexer.h"
 #include "Essence/Sound.h"
+#include "MXF/Zelm/DataIO/Memory/MemoryDataSink.h"
+#include "MXF/Zelm/Essence/MPEG/TransportWriter.h"
+#include "MXF/Zelm/Exceptions/Exceptions.h"
 
 #include <optional>
 
@@ -225,6 +228,29 @@ TEST(TransportStream, NamesWhatIsWrong) {
             "752: A PES packet ends 5 bytes before its end",
             "943: A PES packet goes on for 1 bytes behind its end", "1319: A PES packet begins with 000001B3",
             "1507: Packet of stream 100 has a transport error", "1695: A transport packet is cut off"}));
+}
+
+TEST(TransportWriterTest, ComesBackFromTheDemultiplexer) {
+    DataIO::Memory::MemoryDataSink sink;
+    TransportWriter writer(sink);
+    std::vector<std::size_t> const sizes = {1, 154, 155, 156, 157, 161, 162, 163, 340, 5000, 65527};
+    for (std::size_t i = 0; i < sizes.size(); ++i) // about what one, two and more transport packets hold
+        writer.write(DataIO::Slice::adopt(pattern(sizes[i])), i * 3600);
+    Bytes const bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize());
+    EXPECT_EQ(bytes.size() % 188, 0u);
+    TransportStreamDemultiplexer demultiplexer(sourceOf(bytes));
+    ASSERT_EQ(demultiplexer.streams().size(), 1u);
+    EXPECT_EQ(demultiplexer.streams()[0].coding, Coding::S302M);
+    auto const stream = demultiplexer.take(0);
+    PESPacket packet;
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        ASSERT_TRUE(stream->nextPacket(packet));
+        EXPECT_TRUE(packet.payload == DataIO::Chain(DataIO::Slice::adopt(pattern(sizes[i])))) << sizes[i];
+        EXPECT_EQ(packet.timestamps.presentation, 90000 + i * 3600);
+    }
+    EXPECT_FALSE(stream->nextPacket(packet));
+    EXPECT_EQ(demultiplexer.faultCount(), 0u);
+    EXPECT_THROW(writer.write(DataIO::Slice::adopt(Bytes(65528)), 0), Exceptions::InvalidLength);
 }
 
 } // namespace MXF::Zelm::Test

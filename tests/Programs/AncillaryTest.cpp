@@ -180,6 +180,27 @@ TEST(Ancillary, ListsPacketsAndCaptions) {
     EXPECT_EQ(rows[0]["timecode"], "10:00:00:03");
 }
 
+TEST(Ancillary, ComesOutOfExtractAsItIsListed) {
+    auto const file = madeFile();
+    TemporaryFolder const folder;
+    auto const extracted = [&](std::string const& kind, std::string const& name) {
+        auto const run = runZelm({"extract", file.name(), "-o", folder.file(""), "--as", kind});
+        EXPECT_EQ(run.status, 0) << run.errors;
+        auto const bytes = readFile(folder.file(name));
+        return std::string(bytes.begin(), bytes.end());
+    };
+    auto packets = Json::parse(extracted("anc-json", "small_d1.json"))["packets"];
+    Json const lines = Json::parse(extracted("vbi-json", "small_d2.json"))["packets"];
+    for (auto const& packet : lines)
+        packets.push_back(packet);
+    auto listed = json(file, {"--dump"})["packets"];
+    std::stable_partition(listed.begin(), listed.end(),
+                          [](Json const& each) { return each["kind"] == "ANC"; });
+    EXPECT_EQ(packets, listed);
+    EXPECT_EQ(extracted("captions", "small_d1.txt"),
+              runZelm({"ancillary", "--captions", file.name()}).output);
+}
+
 TEST(Ancillary, TellsOfFaultsAndKeepsTheRest) {
     auto const file = madeFile([](std::size_t frame, Packets& anc) {
         if (frame == 0)

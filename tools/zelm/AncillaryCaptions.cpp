@@ -24,7 +24,7 @@ constexpr std::size_t pairSize = 3;
 
 class Captions : public AncillaryPrinter {
 public:
-    explicit Captions(bool asJson) : rows_("captions", asJson) {}
+    Captions(bool asJson, TextSink sink) : rows_("captions", asJson, std::move(sink)) {}
 
     void begin(std::string const& file) override { rows_.begin(file); }
 
@@ -88,8 +88,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<AncillaryPrinter> makeAncillaryCaptions(bool asJson) {
-    return std::make_unique<Captions>(asJson);
+std::unique_ptr<AncillaryPrinter> makeAncillaryCaptions(bool asJson, TextSink sink) {
+    return std::make_unique<Captions>(asJson, std::move(sink));
 }
 
 } // namespace Zelm

@@ -88,7 +88,7 @@ Json jsonOf(AncillaryTrack const& track, std::uint64_t units) {
 
 class Dump : public AncillaryPrinter {
 public:
-    explicit Dump(bool asJson) : rows_("packets", asJson) {}
+    Dump(bool asJson, TextSink sink) : rows_("packets", asJson, std::move(sink)) {}
 
     void begin(std::string const& file) override { rows_.begin(file); }
 
@@ -141,6 +141,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<AncillaryPrinter> makeAncillaryDump(bool asJson) { return std::make_unique<Dump>(asJson); }
+std::unique_ptr<AncillaryPrinter> makeAncillaryDump(bool asJson, TextSink sink) {
+    return std::make_unique<Dump>(asJson, std::move(sink));
+}
 
 } // namespace Zelm

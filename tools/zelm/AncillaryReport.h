@@ -2,6 +2,7 @@
 #pragma once
 
 #include "AncillaryWalk.h"
+#include "RowOutput.h"
 
 #include <memory>
 
@@ -20,10 +21,10 @@ public:
 /// What the tracks hold.
 std::unique_ptr<AncillaryPrinter> makeAncillaryReport(bool asJson);
 
-/// Each packet, with its bytes.
-std::unique_ptr<AncillaryPrinter> makeAncillaryDump(bool asJson);
+/// Each packet, with its bytes, to `sink`, null for standard output.
+std::unique_ptr<AncillaryPrinter> makeAncillaryDump(bool asJson, TextSink sink = nullptr);
 
-/// The text of CEA-608 captions, row by row.
-std::unique_ptr<AncillaryPrinter> makeAncillaryCaptions(bool asJson);
+/// The text of CEA-608 captions, row by row, to `sink`, null for standard output.
+std::unique_ptr<AncillaryPrinter> makeAncillaryCaptions(bool asJson, TextSink sink = nullptr);
 
 } // namespace Zelm

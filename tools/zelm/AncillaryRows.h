@@ -3,15 +3,15 @@
 
 #include "AncillaryReport.h"
 #include "Json.h"
-#include "RowOutput.h"
 
 namespace Zelm {
 
 /// Rows as text or as JSON, in an array that is a member of the object. `Row` makes one of each.
 class AncillaryRows {
 public:
-    /// `arrayName` is the member's.
-    AncillaryRows(const char* arrayName, bool asJson) : arrayName_(arrayName), asJson_(asJson) {}
+    /// `arrayName` is the member's; `sink` is null for standard output.
+    AncillaryRows(const char* arrayName, bool asJson, TextSink sink)
+        : arrayName_(arrayName), asJson_(asJson), output_(std::move(sink)) {}
 
     bool isJson() const { return asJson_; }
     void begin(std::string const& file);

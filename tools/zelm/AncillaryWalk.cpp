@@ -43,16 +43,6 @@ std::optional<std::uint32_t> pictureHeight(DescriptorInfo const& descriptor) {
     return std::nullopt;
 }
 
-/// Lines of the interface that the pictures of the file go with.
-unsigned linesOf(FileInfo const& info) {
-    for (auto const& package : info.packages)
-        if (auto const height = package.descriptor ? pictureHeight(*package.descriptor) : std::nullopt)
-            for (auto const& row : interfaces)
-                if (row.height == *height)
-                    return row.lines;
-    return mostLines;
-}
-
 std::optional<ElementKind> kindOfNumber(std::uint32_t number) {
     for (auto const& [kind, fixed] :
          {std::pair(ElementKind::VBI, vbiTrackNumber), {ElementKind::ANC, ancTrackNumber}})
@@ -60,17 +50,6 @@ std::optional<ElementKind> kindOfNumber(std::uint32_t number) {
             ElementKey(number).elementType() == ElementKey(fixed).elementType())
             return kind;
     return std::nullopt;
-}
-
-/// By the label, whatever its version (byte 7), or by the number.
-std::optional<ElementKind> kindOf(MXFIO::EssenceTrack const& track) {
-    auto const* const label = track.descriptor != nullptr ? track.descriptor->essenceContainer() : nullptr;
-    for (auto const& [kind, container] :
-         {std::pair(ElementKind::VBI, vbiContainer), {ElementKind::ANC, ancContainer}})
-        if (label != nullptr &&
-            std::equal(container.rawBuffer() + 8, container.rawBuffer() + 14, label->rawBuffer() + 8))
-            return kind;
-    return kindOfNumber(track.trackNumber);
 }
 
 AncillaryTrack makeTrack(ElementKind kind, std::uint32_t bodySID, MXFIO::EssenceTrack const& track,
@@ -103,6 +82,26 @@ std::optional<std::string> AncillaryTrack::timecodeText(std::int64_t unit) const
     return timecode.isDefined() ? std::optional(Platform::toUtf8(timecode.toString())) : std::nullopt;
 }
 
+unsigned linesOf(FileInfo const& info) {
+    for (auto const& package : info.packages)
+        if (auto const height = package.descriptor ? pictureHeight(*package.descriptor) : std::nullopt)
+            for (auto const& row : interfaces)
+                if (row.height == *height)
+                    return row.lines;
+    return mostLines;
+}
+
+std::optional<ElementKind> ancillaryKind(MXFIO::EssenceTrack const* track, ElementKey element) {
+    auto const* const descriptor = track != nullptr ? track->descriptor : nullptr;
+    auto const* const label = descriptor != nullptr ? descriptor->essenceContainer() : nullptr;
+    for (auto const& [kind, container] :
+         {std::pair(ElementKind::VBI, vbiContainer), {ElementKind::ANC, ancContainer}})
+        if (label != nullptr &&
+            std::equal(container.rawBuffer() + 8, container.rawBuffer() + 14, label->rawBuffer() + 8))
+            return kind;
+    return kindOfNumber(element.trackNumber());
+}
+
 std::optional<std::string> AncillaryTrack::editRateText() const {
     if (editRate.denominator == 0)
         return std::nullopt;
@@ -133,7 +132,8 @@ void AncillaryWalk::findTracks(FileInfo const& info, MXFIO::Partition::MetadataP
          metadata ? MXFIO::essenceContainers(metadata) : Templates::vector<MXFIO::EssenceContainer>()) {
         Container found{container};
         for (auto const& track : container.tracks)
-            if (auto const kind = kindOf(track); kind && !found.find(ElementKey(track.trackNumber))) {
+            if (auto const kind = ancillaryKind(&track, ElementKey(track.trackNumber));
+                kind && !found.find(ElementKey(track.trackNumber))) {
                 tracks_.push_back(
                     std::make_unique<AncillaryTrack>(makeTrack(*kind, container.bodySID, track, info)));
                 found.tracks.push_back(tracks_.back().get());
@@ -192,18 +192,18 @@ void AncillaryWalk::runContainer(Container const& container, AncillaryUse& use) 
         progress.at(unit.package.offset);
         for (auto const& element : unit.package.elements)
             if (auto const* const track = container.find(element.elementKey()))
-                takeElement(*track, unit.position, element, use);
+                giveElement(*track, unit.position, element, lines_, use);
     }
 }
 
-void AncillaryWalk::takeElement(AncillaryTrack const& track, std::int64_t unit,
-                                GenericContainer::Element const& element, AncillaryUse& use) const {
+void giveElement(AncillaryTrack const& track, std::int64_t unit, GenericContainer::Element const& element,
+                 unsigned lines, AncillaryUse& use) {
     use.element(track, unit);
     if (element.data.size() != element.length)
         return use.fault(
             track, unit,
             {"an element of " + grouped(element.length) + " bytes is passed over", element.offset});
-    auto const read = readFrameElement(track.kind, element.data, lines_);
+    auto const read = readFrameElement(track.kind, element.data, lines);
     for (auto const& found : read.packets)
         use.packet({track, unit, element.valueOffset() + found.offset, found,
                     track.isANC() ? readANC(found.stored) : Essence::Ancillary::ReadPacket()});

@@ -7,6 +7,7 @@
 #include <MXF/Zelm/Essence/Ancillary/Packet.h>
 #include <MXF/Zelm/GenericContainer/ContentPackage.h>
 #include <MXF/Zelm/GenericContainer/S436M/FrameElement.h>
+#include <MXF/Zelm/MXFIO/EssenceContainer.h>
 
 #include <memory>
 #include <optional>
@@ -22,9 +23,9 @@ struct AncillaryTrack {
     Kind kind = Kind::ANC;
     std::uint32_t bodySID = 0;
     std::uint32_t number = 0;
-    std::optional<std::uint32_t> id; ///< none without metadata
-    EditRate editRate = {};          ///< 0/0 when it is not known
-    UnitTimecodes timecodes;         ///< of the material package
+    std::optional<std::uint32_t> id;                 ///< none without metadata
+    EditRate editRate = {};                          ///< 0/0 when it is not known
+    UnitTimecodes timecodes = UnitTimecodes({}, {}); ///< of the material package
 
     bool isANC() const { return kind == Kind::ANC; }
     const char* kindText() const { return isANC() ? "ANC" : "VBI"; }
@@ -60,6 +61,18 @@ public:
     virtual void fault(AncillaryTrack const&, std::int64_t /*unit*/, Fault const&) {}
 };
 
+/// What a track holds by its label, whatever the label's version, or by the type of its elements; none for
+/// other tracks. `track` is null when the metadata knows none.
+std::optional<AncillaryTrack::Kind> ancillaryKind(MXF::Zelm::MXFIO::EssenceTrack const* track,
+                                                  MXF::Zelm::GenericContainer::ElementKey element);
+
+/// Lines of the interface that the pictures of the file go with.
+unsigned linesOf(FileInfo const& info);
+
+/// Gives an element and its packets, or what is wrong with it. Packets are located by where it begins.
+void giveElement(AncillaryTrack const& track, std::int64_t unit,
+                 MXF::Zelm::GenericContainer::Element const& element, unsigned lines, AncillaryUse& use);
+
 /// The tracks of VBI and ANC in a file, and their packets.
 class AncillaryWalk {
 public:
@@ -83,8 +96,6 @@ private:
     void findTracks(FileInfo const& info, MXF::Zelm::MXFIO::Partition::MetadataPtr const& metadata);
     void findBodies(FileInfo const& info);
     void runContainer(Container const& container, AncillaryUse& use);
-    void takeElement(AncillaryTrack const& track, std::int64_t unit,
-                     MXF::Zelm::GenericContainer::Element const& element, AncillaryUse& use) const;
     void keep(MXF::Zelm::Exceptions::BaseException const& failure);
 
     Input& input_;

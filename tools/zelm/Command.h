@@ -40,6 +40,7 @@ std::unique_ptr<Command> makeIndexCommand();
 std::unique_ptr<Command> makeFramesCommand();
 std::unique_ptr<Command> makeExtractCommand();
 std::unique_ptr<Command> makeAncillaryCommand();
+std::unique_ptr<Command> makeAudioCommand();
 std::unique_ptr<Command> makeEditCommand();
 std::unique_ptr<Command> makeRepairCommand();
 std::unique_ptr<Command> makeWrapCommand();

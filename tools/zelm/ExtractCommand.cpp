@@ -1,6 +1,7 @@
 /// `zelm extract FILE -o FOLDER`: the essence of every track in a file of its own.
 #include "ExtractReport.h"
 #include "Interruption.h"
+#include "SoundConversions.h"
 #include "StandardStreams.h"
 
 #include <filesystem>
@@ -43,6 +44,13 @@ public:
         parser.add_flag(
             "--mix", mix_,
             "All sounds of the same rate and bits in one Wave file, channels in the order of tracks");
+        parser
+            .add_option(
+                "--as", as_,
+                "What sounds are written as: wav, pcm (samples alone), 302m (SMPTE 302M in a transport "
+                "stream) or aes3 (SMPTE 331M words of 4 bytes); ancillary data: anc-json, vbi-json or "
+                "captions")
+            ->check(CLI::IsMember(conversionKinds));
         auto* const md5 = parser.add_flag("--md5", md5_, "Print the MD5 of each file as md5sum does");
         parser.add_flag("--list,--dry-run", list_, "Show what would be written, and write nothing")
             ->excludes(md5);
@@ -57,6 +65,11 @@ public:
             return refuse("-o FOLDER is missing (--list shows what would be written)");
         if (toOutput && (md5_ || options_.json))
             return refuse("with -o - nothing but essence goes to standard output: no --md5 or --json");
+        if (!as_.empty() && as_ != "wav" && mix_)
+            return refuse("--mix makes Wave files: no --as " + as_);
+        if (!as_.empty() && std::any_of(tracks_.begin(), tracks_.end(),
+                                        [](std::string const& choice) { return choice[0] == 'g'; }))
+            return refuse("generic streams cannot be converted: no --as with --track g");
         try {
             return extract(toOutput);
         } catch (Exceptions::InvalidFormat const& refusal) {
@@ -76,6 +89,7 @@ private:
         "  zelm extract clip.mxf -o essence\n"
         "  zelm extract clip.mxf -o essence --track v1 --range 10:00:00:00-10:00:05:00\n"
         "  zelm extract clip.mxf -o - --track a1 | aplay\n"
+        "  zelm extract clip.mxf -o essence --track a1 --as 302m\n"
         "  zelm extract clip.mxf -o essence --md5 > essence.md5\n"
         "\nExit status 1: the essence ends early; what is there was extracted.";
 
@@ -91,10 +105,12 @@ private:
         std::string const stem = file_ == standardStream ? "essence" : utf8(path.stem());
         options.folder = toOutput ? "" : folder_;
         std::filesystem::path const folder(std::u8string(options.folder.begin(), options.folder.end()));
-        options.tracks = {
-            tracks_, mix_, utf8(folder / std::u8string(stem.begin(), stem.end())), toOutput, {force_, md5_}};
+        options.tracks = {tracks_,  mix_,           utf8(folder / std::u8string(stem.begin(), stem.end())),
+                          toOutput, {force_, md5_}, nullptr};
         if (!range_.empty())
             options.range = ExtractRange(range_, display_);
+        if (!as_.empty())
+            options.tracks.conversion = makeConversion(as_);
         options.listOnly = list_;
         options.whenComplete = [this](OutputFile const& file) { take(file); };
         return options;
@@ -159,7 +175,7 @@ private:
         return !result.faults.empty() ? NotMXF : !result.early.empty() ? FoundSomething : Done;
     }
 
-    std::string file_, folder_, range_;
+    std::string file_, folder_, range_, as_;
     std::vector<std::string> tracks_;
     bool display_ = false, mix_ = false, md5_ = false, list_ = false, force_ = false;
     ReportOptions options_;

@@ -222,6 +222,7 @@ void giveUnit(EssenceUnit const& unit, ExtractTracks& tracks, EssenceReader* rea
         if (track == nullptr || !track->output || !track->wanted.of(track->kind()).contains(unit.position))
             continue;
         if (!continues) {
+            track->output->place(element.valueOffset());
             track->output->beginUnit(unit.position);
             track->firstUnit = track->units++ == 0 ? unit.position : track->firstUnit;
         }

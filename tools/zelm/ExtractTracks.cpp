@@ -4,9 +4,11 @@
 
 #include <MXF/Zelm/DataIO/File/FileFunctions.h>
 #include <MXF/Zelm/Exceptions/Exceptions.h>
+#include <MXF/Zelm/GenericContainer/Analyzers/WaveOrigin.h>
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <tuple>
 
 namespace Zelm {
@@ -19,6 +21,35 @@ namespace {
 
 /// Each takes a buffer and a place among the files that the system lets a program open.
 constexpr std::size_t mostTracks = 200;
+
+/// What the file said that the sound came from: its chunks, and its `bext` with the time of edit unit
+/// `first`. IDs of audio channels (ITU-R BS.2088) go with all channels that they were for, or not at all.
+void takeOrigin(WaveSetup& setup, ExtractTrack const& track) {
+    auto const& container = *track.container;
+    if (container.package == nullptr || !container.metadata)
+        return;
+    setup.chunks =
+        GenericContainer::originChunks(*container.metadata, *container.package, track.track->trackID);
+    for (auto const& chunk : setup.chunks) {
+        auto const broadcast =
+            chunk.id == "bext"
+                ? Essence::Wave::readBroadcastExtension(chunk.content.data(), chunk.content.size())
+                : std::nullopt;
+        if (!broadcast)
+            continue;
+        double const seconds = static_cast<double>(std::max<std::int64_t>(track.wanted.of('a').first, 0)) /
+                               std::max(track.track->editRate.toDouble(), 1e-6);
+        setup.broadcast = *broadcast;
+        setup.broadcast.timeReference +=
+            static_cast<std::uint64_t>(std::llround(std::min(seconds, 1e9) * setup.format.samplingRate));
+    }
+    std::erase_if(setup.chunks, [&](auto const& chunk) {
+        bool const isForOthers =
+            chunk.id == "chna" &&
+            (chunk.content.size() < 2 || chunk.content[0] + 256u * chunk.content[1] != setup.format.channels);
+        return chunk.id == "bext" || isForOthers;
+    });
+}
 
 /// A choice as `zelm info` shows it: the eight digits of a track number, or the digits of a track ID.
 bool namesTrack(std::string const& choice, std::uint32_t trackID, std::uint32_t trackNumber) {
@@ -91,6 +122,12 @@ void ExtractTracks::meet(MXFIO::EssenceUnit const& unit, MXFIO::EssenceContainer
         if (!isChosen(track.name, track.track, track.element))
             continue;
         track.form = essenceForm(track.track, track.element, element.data);
+        if (options_.conversion) {
+            if (auto const why = options_.conversion->choose(track, element); !why.empty()) {
+                refusals_.push_back(track.name + ": " + why);
+                continue;
+            }
+        }
         tracks_.push_back(std::move(track));
         byKey_[key] = &tracks_.back();
     }
@@ -110,6 +147,7 @@ WaveSetup ExtractTracks::waveSetup(ExtractTrack const& track) const {
     WaveSetup setup{track.form.wave, {}, std::nullopt};
     setup.broadcast = broadcastExtension(info_, *track.container, *track.track, track.wanted.of('a').first,
                                          setup.format.samplingRate);
+    takeOrigin(setup, track);
     return setup;
 }
 
@@ -180,6 +218,10 @@ void ExtractTracks::open(std::optional<std::uint64_t> dataBytes) {
 
 void ExtractTracks::openSingle(Planned const& planned, std::optional<std::uint64_t> dataBytes) {
     ExtractTrack& track = *planned.tracks.front();
+    if (options_.conversion)
+        track.output = options_.conversion->open(track, planned.names);
+    if (track.output)
+        return;
     if (track.form.isWave()) {
         auto setup = waveSetup(track);
         if (track.form.shape != Shape::EightChannels)
@@ -195,6 +237,8 @@ void ExtractTracks::openSingle(Planned const& planned, std::optional<std::uint64
 void ExtractTracks::openMix(Planned const& planned) {
     auto const& sounds = planned.tracks;
     auto setup = waveSetup(*sounds.front());
+    if (sounds.size() > 1)
+        setup.chunks.clear();
     std::vector<unsigned> channels;
     unsigned all = 0;
     for (auto const* const sound : sounds) {

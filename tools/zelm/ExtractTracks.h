@@ -8,8 +8,14 @@
 
 #include <deque>
 #include <map>
+#include <stdexcept>
 
 namespace Zelm {
+
+/// The options cannot be followed: the message says why.
+struct CannotExtract : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
 
 struct ExtractedFile {
     std::string name;
@@ -38,12 +44,27 @@ struct ExtractTrack {
     char kind() const { return name.front(); }
 };
 
+/// Has tracks written otherwise than they stand in the file.
+class TrackConversion {
+public:
+    virtual ~TrackConversion() = default;
+
+    /// Sets the form in which a track is written; `element` is the first one of it, of a clip the first
+    /// bytes. Returns why it cannot be, or nothing.
+    virtual std::string choose(ExtractTrack& track, MXF::Zelm::GenericContainer::Element const& element) = 0;
+
+    /// What takes the essence; `names` are those of its file. Null for what would take it without a
+    /// conversion.
+    virtual std::unique_ptr<TrackOutput> open(ExtractTrack const& track, OutputNames const& names) = 0;
+};
+
 struct TrackOptions {
     std::vector<std::string> chosen; ///< by name, ID or number; all when empty
     bool mix = false;
     std::string base; ///< folder and stem of all names
     bool toStandardOutput = false;
     OutputOptions output = {};
+    std::shared_ptr<TrackConversion> conversion = nullptr; ///< null for none
 };
 
 /// Owns the tracks; they stay where they are.
@@ -83,6 +104,9 @@ public:
     /// Choices to which no track belongs.
     std::vector<std::string> unmatched() const;
 
+    /// Why tracks were left out that cannot be converted.
+    std::vector<std::string> const& refusals() const { return refusals_; }
+
     std::deque<ExtractTrack>& tracks() { return tracks_; }
     std::deque<ExtractTrack> const& tracks() const { return tracks_; }
 
@@ -110,6 +134,7 @@ private:
     std::map<Key, std::string> names_;
     std::map<char, unsigned> counts_;
     unsigned mixes_ = 0;
+    std::vector<std::string> refusals_;
     std::vector<Planned> planned_;
     std::deque<ExtractTrack> tracks_;
     std::map<Key, ExtractTrack*> byKey_;

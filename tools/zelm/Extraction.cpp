@@ -58,13 +58,16 @@ void Extraction::note(Exceptions::BaseException const& fault) {
 
 bool Extraction::isChosen(Document const& document) const {
     auto const& chosen = options_.tracks.chosen;
-    return chosen.empty() ? !options_.tracks.toStandardOutput
+    return chosen.empty() ? !options_.tracks.toStandardOutput && !options_.tracks.conversion
                           : std::any_of(chosen.begin(), chosen.end(), [&](std::string const& choice) {
                                 return choice == "g" || choice == document.name;
                             });
 }
 
 void Extraction::checkChoices() const {
+    bool const isRefused = !options_.tracks.chosen.empty() || tracks_.tracks().empty();
+    if (isRefused && !tracks_.refusals().empty())
+        throw CannotExtract(listed(tracks_.refusals()));
     std::vector<std::string> unmatched = tracks_.unmatched();
     std::erase_if(unmatched, [&](std::string const& choice) {
         return std::any_of(result_.documents.begin(), result_.documents.end(),
@@ -238,7 +241,7 @@ bool Extraction::step(ExtractPump& pump) {
 
 /// One after the other, or by turns where several go into one file.
 void Extraction::pumpAll(std::uint64_t size) {
-    Progress progress("extracting", size);
+    Progress progress(options_.action, size);
     std::vector<ExtractPump*> active;
     for (auto const& pump : pumps_)
         active.push_back(pump.get());

@@ -7,15 +7,15 @@
 #include "Faults.h"
 
 #include <deque>
-#include <stdexcept>
 
 namespace Zelm {
 
 struct ExtractOptions {
     TrackOptions tracks;
     ExtractRange range;
-    std::string folder;    ///< made when it is not there; empty for none
-    bool listOnly = false; ///< finds out what there is, and writes nothing
+    std::string folder;                ///< made when it is not there; empty for none
+    const char* action = "extracting"; ///< that is shown as progress
+    bool listOnly = false;             ///< finds out what there is, and writes nothing
 
     /// Is told of each file that is whole.
     ExtractTracks::FileListener whenComplete = {};
@@ -28,11 +28,6 @@ struct ExtractResult {
     std::vector<std::string> parts; ///< files that are not whole, with their ".part"
     std::vector<std::string> early; ///< why there is less essence than there should be
     std::vector<Fault> faults;      ///< of the file
-};
-
-/// The options cannot be followed: the message says why.
-struct CannotExtract : std::runtime_error {
-    using std::runtime_error::runtime_error;
 };
 
 class ExtractPump;

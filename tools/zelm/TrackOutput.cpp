@@ -74,7 +74,7 @@ public:
     SingleWaveOutput(OutputNames names, WaveSetup const& setup)
         : names_(std::move(names)),
           file_(names_.file(), names_.options),
-          writer_(file_.sink(), setup.format, setup.broadcast, setup.dataBytes) {}
+          writer_(file_.sink(), setup.format, setup.broadcast, setup.dataBytes, setup.chunks) {}
 
     void add(std::size_t, DataIO::Chain samples) override { writer_.write(samples); }
     void complete() override {

@@ -20,6 +20,8 @@ class TrackOutput {
 public:
     virtual ~TrackOutput() = default;
 
+    /// Where in the file the value of the element begins that is taken next.
+    virtual void place(std::uint64_t) {}
     virtual void beginUnit(std::int64_t) {}
     virtual void take(MXF::Zelm::DataIO::Chain const& data) = 0;
     virtual void endUnit() {}
@@ -65,7 +67,8 @@ public:
 struct WaveSetup {
     MXF::Zelm::Essence::Wave::WaveFormat format;
     MXF::Zelm::Essence::Wave::BroadcastExtension broadcast;
-    std::optional<std::uint64_t> dataBytes; ///< when it is known before
+    std::optional<std::uint64_t> dataBytes;                       ///< when it is known before
+    std::vector<MXF::Zelm::Essence::Wave::KeptChunk> chunks = {}; ///< of the file that the sound came from
 };
 
 std::shared_ptr<WaveOutput> makeWaveOutput(OutputNames names, WaveSetup const& setup);

@@ -30,6 +30,12 @@ public:
         layoutOptions_.declare(parser);
         parser.add_option("--channels", channels_, "Channels of a track of sound; 0 for all of an input")
             ->check(CLI::Range(0u, 128u));
+        parser
+            .add_option("--map", map_,
+                        "What the channels of all sounds are, in their order, for labels (SMPTE 377-4): "
+                        "'L,R,C,LFE,Ls,Rs;L,R', with a semicolon between soundfield groups; each group of an "
+                        "input is a track unless --channels says otherwise")
+            ->type_name("CHANNELS");
         parser.add_option("--pcm", pcm_, "What inputs are that nobody knows: samples, little-endian")
             ->type_name("BITS,CHANNELS,RATE");
         parser
@@ -125,11 +131,21 @@ private:
         if (!pcm_.empty())
             options_.tracks.pcm = parsePcm(pcm_);
         options_.tracks.channels = channels_;
+        if (!map_.empty())
+            options_.tracks.channelMap = parseMap(map_);
         for (auto const& text : plays_) {
             auto const range = parseUnits(text);
             if (!range || range->last <= range->first)
                 throw CannotWrap("--play " + text + ": give edit units, as in 25:100");
             options_.plays.push_back(*range);
+        }
+    }
+
+    static std::shared_ptr<Metadata::Structural::ChannelMap const> parseMap(std::string const& text) {
+        try {
+            return std::make_shared<Metadata::Structural::ChannelMap>(text);
+        } catch (Exceptions::InvalidFormat const& refusal) {
+            throw CannotWrap("--map: " + refusal.message());
         }
     }
 
@@ -186,6 +202,7 @@ private:
     LayoutOptions layoutOptions_;
     WrapOptions options_;
     std::optional<unsigned> channels_;
+    std::string map_;
     std::string pcm_;
     std::vector<std::string> plays_;
     bool force_ = false, discard_ = false;

@@ -130,6 +130,18 @@ struct WrapPlan::Waiting {
     std::vector<WrapTrack>& tracks;
 };
 
+/// What was asked for has something that it belongs to.
+void WrapPlan::checkTracks(TrackMaking const& making, WrapOptions const& options) const {
+    if (!options.tracks.resources.empty() && making.streams == 0)
+        throw CannotWrap("--resource: there is no timed text that resources could belong to");
+    auto const& map = options.tracks.channelMap;
+    if (map && making.channels % map->channelCount() != 0)
+        throw CannotWrap("--map names " + std::to_string(map->channelCount()) +
+                         " channels, the sounds have " + std::to_string(making.channels));
+    if (map && layout_.isPreset("d10"))
+        throw CannotWrap("the sounds of D-10 have no labels: no --map");
+}
+
 /// Inputs with a rate of their own are opened first: the others follow it.
 WrapPlan::Items WrapPlan::openInputs(WrapOptions const& options, SharedDictionary dictionary) {
     TrackMaking making{layout_, options.tracks, std::move(dictionary)};
@@ -155,8 +167,7 @@ WrapPlan::Items WrapPlan::openInputs(WrapOptions const& options, SharedDictionar
     for (auto const& input : waiting)
         input.kind.addTracks(input.head, making, input.tracks);
     rate_ = making.rate;
-    if (!options.tracks.resources.empty() && making.streams == 0)
-        throw CannotWrap("--resource: there is no timed text that resources could belong to");
+    checkTracks(making, options);
     if (layout_.isPreset("d10"))
         joinD10Sounds(opened);
     return gather(std::move(opened), options);

@@ -68,6 +68,7 @@ private:
     struct Waiting;
 
     Items openInputs(WrapOptions const& options, SharedDictionary dictionary);
+    void checkTracks(TrackMaking const& making, WrapOptions const& options) const;
     void openInput(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks,
                    std::vector<Waiting>& waiting, unsigned depth = 0) const;
     bool findRate(Opened const& opened);

@@ -5,6 +5,7 @@
 #include <MXF/Zelm/Essence/Converters/ChannelSplitter.h>
 #include <MXF/Zelm/Essence/Wave/WaveReader.h>
 #include <MXF/Zelm/GenericContainer/Analyzers/PCMAnalyzer.h>
+#include <MXF/Zelm/GenericContainer/Analyzers/WaveOrigin.h>
 
 #include <algorithm>
 #include <limits>
@@ -30,6 +31,8 @@ struct OpenSound {
     std::optional<std::uint64_t> count; ///< whole instants
 };
 
+using Origin = std::shared_ptr<GenericContainer::WaveOrigin const>;
+
 OpenSound openWave(InputHead const& head, TrackMaking const& making) {
     WaveReader const reader(head.open(making));
     return {reader.samples(), reader.format(), reader.sampleCount()};
@@ -47,17 +50,19 @@ OpenSound openSamples(InputHead const& head, TrackMaking const& making) {
 /// Makes the tracks of one sound.
 class SoundTracks {
 public:
-    SoundTracks(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks)
-        : head_(head), making_(making), tracks_(tracks) {}
+    SoundTracks(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks,
+                Origin origin = nullptr)
+        : head_(head), making_(making), tracks_(tracks), origin_(std::move(origin)) {}
 
     template <class Open>
     void add(Open open) {
         OpenSound sound = open(head_, making_);
         std::shared_ptr<SilentTail> tail = withTail(sound);
         unsigned const all = sound.format.channels;
-        unsigned const each = making_.channelsPerTrack() == 0 ? all : making_.channelsPerTrack();
         std::optional<Essence::Converters::ChannelSplitter> splitter;
+        unsigned each = 0;
         for (unsigned first = 0; first < all; first += each) {
+            each = channelsFrom(first, all);
             if (first != 0 && making_.wantsOwnSources()) {
                 tail = withTail(open(head_, making_));
                 splitter.reset();
@@ -66,13 +71,27 @@ public:
             if (each < all) {
                 if (!splitter)
                     splitter.emplace(tail, all, sound.format.sampleBytes);
-                source = splitter->range(first, std::min(each, all - first));
+                source = splitter->range(first, each);
             }
-            addTrack(sound, tail, source, std::min(each, all - first));
+            addTrack(sound, tail, source, each);
+            making_.channels += each;
         }
     }
 
 private:
+    /// Channels of the track that begins with channel `first` of `all`: as many as each track is to have,
+    /// else those of a group of the map, else all.
+    unsigned channelsFrom(unsigned first, unsigned all) const {
+        unsigned const wanted = making_.channelsPerTrack();
+        auto const& map = making_.options.channelMap;
+        if (wanted != 0 || making_.options.channels || !map)
+            return std::min(wanted == 0 ? all : wanted, all - first);
+        unsigned count = 1;
+        while (first + count < all && !map->beginsGroup(making_.channels + count))
+            ++count;
+        return count;
+    }
+
     std::shared_ptr<SilentTail> withTail(OpenSound const& sound) {
         ++making_.sources;
         std::optional<Utils::SampleCadence> cadence;
@@ -93,6 +112,9 @@ private:
         options.mapping = isAES3 ? PCMOptions::Mapping::AES3 : PCMOptions::Mapping::BroadcastWave;
         options.wrapping = making_.soundWrapping();
         options.editRate = making_.rate;
+        options.channelMap = making_.options.channelMap;
+        options.firstChannel = making_.channels;
+        options.origin = origin_;
         options.hasConstantSize = making_.layout.preset() != nullptr &&
                                   making_.layout.preset()->constantSound &&
                                   options.wrapping == Wrapping::Frame;
@@ -119,12 +141,22 @@ private:
     InputHead const& head_;
     TrackMaking& making_;
     std::vector<WrapTrack>& tracks_;
+    Origin origin_; // null for what is no Wave file of its own
 };
 
 } // namespace
 
 void addWave(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
-    SoundTracks(head, making, tracks).add(openWave);
+    Origin origin;
+    if (head.isFile()) {
+        WaveReader reader(head.open(making));
+        GenericContainer::WaveOrigin found(reader);
+        for (auto const& chunk : found.leftOut)
+            making.notes->insert(head.name + ": chunk " + chunk + " is too large and was left out");
+        if (found.broadcast || !found.chunks.empty())
+            origin = std::make_shared<GenericContainer::WaveOrigin>(std::move(found));
+    }
+    SoundTracks(head, making, tracks, std::move(origin)).add(openWave);
 }
 
 void addSamples(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {

@@ -7,6 +7,7 @@
 
 #include <MXF/Zelm/DataIO/Memory/MemoryBlockFactory.h>
 #include <MXF/Zelm/MXFIO/GenericStreamPartitionWriter.h>
+#include <MXF/Zelm/Metadata/Structural/ChannelMap.h>
 
 #include <deque>
 #include <set>
@@ -55,7 +56,10 @@ struct WrapTrack {
 
 /// How the tracks are to be made.
 struct TrackOptionsOfWrap {
-    std::optional<unsigned> channels;                  ///< of a track of sound; 0 for all of a file
+    std::optional<unsigned> channels; ///< of a track of sound; 0 for all of a file
+
+    /// What the channels of all sounds are, null when that is not known.
+    std::shared_ptr<MXF::Zelm::Metadata::Structural::ChannelMap const> channelMap = nullptr;
     MXF::Zelm::Essence::Wave::WaveFormat pcm = {};     ///< of inputs that are samples and nothing else
     std::string as;                                    ///< the name of the kind that all inputs are of
     std::uint16_t program = 0;                         ///< of transport streams; 0 for the first one
@@ -80,6 +84,7 @@ struct TrackMaking {
 
     std::size_t sources = 0;
     std::uint32_t streams = 0;                                     ///< generic streams so far
+    std::size_t channels = 0;                                      ///< of sounds so far
     std::shared_ptr<std::vector<std::string>> dataFiles = nullptr; ///< edit units of the data track
 
     /// What a person should know; sources add to them while they are read.

@@ -33,6 +33,8 @@ constexpr CommandRow commandRows[] = {
     {"extract", "Write the essence of every track into a file of its own", makeExtractCommand},
     {"ancillary", "Show VBI and ancillary data: kinds of packets, lines, captions, faults",
      makeAncillaryCommand},
+    {"audio", "Show the sound of MXF, Wave and AVI files: channels, labels, peaks, silence, what disagrees",
+     makeAudioCommand},
     {"wrap", "Make an MXF file of essence: video, sound, data, or tracks of other MXF files",
      makeWrapCommand},
     {"diff", "Compare two files: partitions, metadata by role, index tables, essence", makeDiffCommand},

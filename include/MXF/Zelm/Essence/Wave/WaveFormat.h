@@ -7,7 +7,9 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace MXF::Zelm::Essence::Wave {
 
@@ -61,8 +63,20 @@ struct MXFZELM_EXPORT BroadcastExtension {
     /// A basic UMID fills the first 32 bytes; all zero for none.
     std::array<unsigned char, 64> umid = {};
 
+    /// Integrated loudness, loudness range, greatest true peak, greatest momentary and short-term loudness,
+    /// in hundredths of LUFS, LU and dBTP (version 2); absent before.
+    std::optional<std::array<std::int16_t, 5>> loudness = {};
+
     /// Lines that end in CR LF.
     std::string codingHistory = {};
+};
+
+/// A chunk to be carried over as it is.
+struct MXFZELM_EXPORT KeptChunk {
+    std::string id; ///< four characters
+    std::vector<unsigned char> content;
+
+    friend bool operator==(KeptChunk const&, KeptChunk const&) = default;
 };
 
 } // namespace MXF::Zelm::Essence::Wave

@@ -26,6 +26,10 @@ struct MXFZELM_EXPORT Chunk {
     DataIO::Slice content; ///< empty when it is larger than `WaveReader::largestChunk`
 };
 
+/// What the content of a `bext` chunk says; absent when it is too short for one.
+MXFZELM_EXPORT std::optional<BroadcastExtension> readBroadcastExtension(const unsigned char* content,
+                                                                        std::size_t size);
+
 class MXFZELM_EXPORT WaveReader : public Platform::Allocated {
 public:
     /// Chunks up to this size are kept in memory, in bytes.

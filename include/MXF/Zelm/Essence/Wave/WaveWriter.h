@@ -4,6 +4,7 @@
 ///     JUNK | ds64    room for the 64-bit sizes, and the sizes when they are needed
 ///     bext           where the sound comes from, if that is told
 ///     fmt            format of the samples
+///     …              chunks that are carried over, if there are any
 ///     data           the samples, and a byte to an even number
 #pragma once
 
@@ -12,6 +13,7 @@
 #include "MXF/Zelm/Essence/Wave/WaveFormat.h"
 
 #include <optional>
+#include <vector>
 
 namespace MXF::Zelm::Essence::Wave {
 
@@ -19,11 +21,12 @@ class MXFZELM_EXPORT WaveWriter : public Platform::Allocated {
 public:
     /// Writes the head of the file to `sink`, which is not owned and must outlive the writer. `dataBytes` are
     /// the bytes of all samples if they are known. Otherwise the sizes say "not known" (FFFFFFFF) until
-    /// `finish` puts them right, which takes a sink that can seek. Throws Exceptions::InvalidValue for a
-    /// format without channels, or of samples of other than 1 to 4 bytes.
+    /// `finish` puts them right, which takes a sink that can seek. `chunks` stand before the samples. Throws
+    /// Exceptions::InvalidValue for a format without channels, or of samples of other than 1 to 4 bytes.
     WaveWriter(DataIO::DataSink& sink, WaveFormat const& format,
                std::optional<BroadcastExtension> const& broadcast = std::nullopt,
-               std::optional<std::uint64_t> dataBytes = std::nullopt);
+               std::optional<std::uint64_t> dataBytes = std::nullopt,
+               std::vector<KeptChunk> const& chunks = {});
     WaveWriter(WaveWriter const&) = delete;
     WaveWriter& operator=(WaveWriter const&) = delete;
     ~WaveWriter();
@@ -46,6 +49,7 @@ private:
     DataIO::RandomAccessible* seekable_; // the sink, if it can
     WaveFormat format_;
     std::vector<unsigned char> broadcast_; // the chunk, empty for none
+    std::vector<unsigned char> chunks_;    // carried over, with their heads
     std::uint64_t start_;
     std::optional<std::uint64_t> announced_;
     std::uint64_t dataBytes_ = 0;

@@ -4,7 +4,9 @@
 #include "MXF/Zelm/DataIO/SliceSource.h"
 #include "MXF/Zelm/Essence/Wave/WaveReader.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/BasicAnalyzer.h"
+#include "MXF/Zelm/GenericContainer/Analyzers/WaveOrigin.h"
 #include "MXF/Zelm/GenericContainer/Wrapping.h"
+#include "MXF/Zelm/Metadata/Structural/ChannelMap.h"
 #include "MXF/Zelm/Utils/SampleCadence.h"
 
 #include <optional>
@@ -32,6 +34,14 @@ struct MXFZELM_EXPORT PCMOptions {
     /// How channels are assigned, for the descriptor.
     std::optional<Types::UniversalLabel> channelAssignment = std::nullopt;
 
+    /// What the channels are, null when it is not known: they are labelled as those of the map from
+    /// `firstChannel` on, and are assigned by SMPTE 377-4 unless `channelAssignment` says otherwise.
+    Templates::SharedPtr<Metadata::Structural::ChannelMap const> channelMap = nullptr;
+    std::size_t firstChannel = 0;
+
+    /// The Wave file that the samples come from, for a source package behind the track's; null for none.
+    Templates::SharedPtr<WaveOrigin const> origin = nullptr;
+
     /// Whole instants that are to come, if it is known; fewer are a fault.
     std::optional<std::uint64_t> sampleCount = std::nullopt;
 };
@@ -53,6 +63,9 @@ public:
     /// Of a clip the sampling rate, whatever is set.
     Templates::Rational<int> editRate() const override;
     void editRate(Templates::Rational<int> const& rate) override;
+
+    bool setMetadata(Metadata::PartitionMetadata& metadata, Metadata::Structural::SourcePackage* package,
+                     unsigned int trackNumber, unsigned int trackID) override;
 
     /// Throws Exceptions::InvalidValue for an edit rate at which samples cannot be shared out.
     bool preload() override;
@@ -83,6 +96,8 @@ private:
     bool isAES3() const { return options_.mapping == PCMOptions::Mapping::AES3; }
     Utils::SampleCadence const& cadence() const;
     std::uint64_t samplesWanted() const;
+    void describeChannels(Metadata::PartitionMetadata& metadata,
+                          Metadata::Structural::WAVEAudioEssenceDescriptor& descriptor) const;
     void fillSmallGap(std::uint64_t samples, EditUnit& unit) const;
 
     Templates::SharedPtr<DataIO::SliceSource> samples_;

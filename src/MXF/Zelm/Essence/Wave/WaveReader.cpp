@@ -45,23 +45,6 @@ std::string text(DataIO::Slice const& bytes, std::size_t from, std::size_t size)
     return {begin, std::find(begin, begin + size, 0)};
 }
 
-/// The layout of `bext`; absent when the chunk is too short for it.
-std::optional<BroadcastExtension> broadcastOf(DataIO::Slice const& bytes) {
-    constexpr std::size_t umidAt = 348, historyAt = 602;
-    if (bytes.size() < historyAt)
-        return std::nullopt;
-    BroadcastExtension read;
-    read.description = text(bytes, 0, 256);
-    read.originator = text(bytes, 256, 32);
-    read.originatorReference = text(bytes, 288, 32);
-    read.date = text(bytes, 320, 10);
-    read.time = text(bytes, 330, 8);
-    read.timeReference = number64(bytes, 338);
-    std::copy_n(bytes.data() + umidAt, read.umid.size(), read.umid.begin());
-    read.codingHistory = text(bytes, historyAt, bytes.size() - historyAt);
-    return read;
-}
-
 bool isPCM(DataIO::Slice const& format) {
     std::uint16_t const tag = number16(format, 0);
     if (tag != tagExtensible)
@@ -71,6 +54,28 @@ bool isPCM(DataIO::Slice const& format) {
 }
 
 } // namespace
+
+std::optional<BroadcastExtension> readBroadcastExtension(const unsigned char* content, std::size_t size) {
+    constexpr std::size_t versionAt = 346, umidAt = 348, loudnessAt = 412, historyAt = 602;
+    if (size < historyAt)
+        return std::nullopt;
+    auto const bytes = DataIO::Slice::copyOf(content, size);
+    BroadcastExtension read;
+    read.description = text(bytes, 0, 256);
+    read.originator = text(bytes, 256, 32);
+    read.originatorReference = text(bytes, 288, 32);
+    read.date = text(bytes, 320, 10);
+    read.time = text(bytes, 330, 8);
+    read.timeReference = number64(bytes, 338);
+    std::copy_n(bytes.data() + umidAt, read.umid.size(), read.umid.begin());
+    if (number16(bytes, versionAt) >= 2) {
+        read.loudness.emplace();
+        for (std::size_t i = 0; i < read.loudness->size(); ++i)
+            (*read.loudness)[i] = static_cast<std::int16_t>(number16(bytes, loudnessAt + 2 * i));
+    }
+    read.codingHistory = text(bytes, historyAt, bytes.size() - historyAt);
+    return read;
+}
 
 bool WaveReader::isWave(const unsigned char* bytes, std::size_t size) {
     auto const is = [](const unsigned char* at, const char* id) { return std::memcmp(at, id, 4) == 0; };
@@ -137,7 +142,7 @@ void WaveReader::takeChunk(Head const& found) {
     if (head.id == "fmt ")
         takeFormat(head, bytes);
     else if (head.id == "bext")
-        broadcast_ = broadcastOf(bytes);
+        broadcast_ = readBroadcastExtension(bytes.data(), bytes.size());
     if (chunks_.size() == mostChunks)
         throw at(head.offset, InvalidFormat("The Wave file has too many chunks"));
     chunks_.push_back({head.id, head.offset, head.size, bytes});

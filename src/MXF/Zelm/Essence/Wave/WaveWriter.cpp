@@ -36,7 +36,7 @@ void appendChunkHead(std::string_view id, std::uint32_t size, Bytes& bytes) {
 }
 
 Bytes broadcastChunk(BroadcastExtension const& from) {
-    constexpr std::size_t loudnessAndReserved = 10 + 180;
+    constexpr std::size_t reserved = 180;
     bool const hasUMID =
         std::any_of(from.umid.begin(), from.umid.end(), [](unsigned char byte) { return byte != 0; });
     Bytes bytes;
@@ -46,11 +46,23 @@ Bytes broadcastChunk(BroadcastExtension const& from) {
     appendField(from.date, 10, bytes);
     appendField(from.time, 8, bytes);
     appendLittleEndian(from.timeReference, bytes); // low half, high half
-    appendLittleEndian(static_cast<std::uint16_t>(hasUMID ? 1 : 0), bytes);
+    appendLittleEndian(static_cast<std::uint16_t>(from.loudness ? 2 : hasUMID ? 1 : 0), bytes);
     bytes.insert(bytes.end(), from.umid.begin(), from.umid.end());
-    bytes.resize(bytes.size() + loudnessAndReserved);
+    for (std::int16_t const value : from.loudness.value_or(std::array<std::int16_t, 5>{}))
+        appendLittleEndian(static_cast<std::uint16_t>(value), bytes);
+    bytes.resize(bytes.size() + reserved);
     append(from.codingHistory, bytes);
     bytes.resize(bytes.size() + bytes.size() % 2);
+    return bytes;
+}
+
+Bytes carriedOver(std::vector<KeptChunk> const& chunks) {
+    Bytes bytes;
+    for (auto const& chunk : chunks) {
+        appendChunkHead(chunk.id, static_cast<std::uint32_t>(chunk.content.size()), bytes);
+        bytes.insert(bytes.end(), chunk.content.begin(), chunk.content.end());
+        bytes.resize(bytes.size() + chunk.content.size() % 2);
+    }
     return bytes;
 }
 
@@ -86,11 +98,12 @@ WaveFormat const& checked(WaveFormat const& format) {
 
 WaveWriter::WaveWriter(DataIO::DataSink& sink, WaveFormat const& format,
                        std::optional<BroadcastExtension> const& broadcast,
-                       std::optional<std::uint64_t> dataBytes)
+                       std::optional<std::uint64_t> dataBytes, std::vector<KeptChunk> const& chunks)
     : sink_(sink),
       seekable_(dynamic_cast<DataIO::RandomAccessible*>(&sink)),
       format_(checked(format)),
       broadcast_(broadcast ? broadcastChunk(*broadcast) : Bytes()),
+      chunks_(carriedOver(chunks)),
       start_(sink.absoluteOffset()),
       announced_(dataBytes) {
     auto const bytes = head(announced_);
@@ -107,6 +120,7 @@ Bytes WaveWriter::head(std::optional<std::uint64_t> dataBytes) const {
         chunks.insert(chunks.end(), broadcast_.begin(), broadcast_.end());
     }
     appendFormat(format_, chunks);
+    chunks.insert(chunks.end(), chunks_.begin(), chunks_.end());
 
     std::uint64_t const data = dataBytes.value_or(0);
     std::uint64_t const fileSize = 4 + 8 + sizesChunk + chunks.size() + 8 + data + data % 2;

@@ -21,7 +21,11 @@ using Metadata::Structural::FileDescriptor;
 using Metadata::Structural::WAVEAudioEssenceDescriptor;
 
 /// Values of ElectroSpatialFormulation, ChannelStatusMode and AuxBitsMode.
-constexpr std::uint8_t singleChannel = 2, fixedStatus = 3, auxiliaryBitsAreAudio = 1, noEmphasis = 4;
+constexpr std::uint8_t singleChannel = 2, severalChannels = 15, fixedStatus = 3, auxiliaryBitsAreAudio = 1,
+                       noEmphasis = 4;
+
+/// Channels are assigned by labels (SMPTE 377-4, as SMPTE 2067-2 applies it).
+constexpr auto assignedByLabels = "060E2B34.0401010D.04020210.04010000"_key;
 
 /// The grid of RDD 9.
 constexpr unsigned int constantSizeGrid = 512;
@@ -96,6 +100,16 @@ void PCMAnalyzer::editRate(Templates::Rational<int> const& rate) {
     cadence_.reset();
 }
 
+bool PCMAnalyzer::setMetadata(Metadata::PartitionMetadata& metadata,
+                              Metadata::Structural::SourcePackage* package, unsigned int trackNumber,
+                              unsigned int trackID) {
+    if (!BasicAnalyzer::setMetadata(metadata, package, trackNumber, trackID))
+        return false;
+    if (options_.origin)
+        linkOrigin(metadata, *package, trackID, *options_.origin, BasicAnalyzer::editRate());
+    return true;
+}
+
 bool PCMAnalyzer::preload() {
     if (cadence_)
         return true;
@@ -151,9 +165,21 @@ FileDescriptor& PCMAnalyzer::describe(Metadata::PartitionMetadata& metadata, Fil
         descriptor.electrospatialFormulation(Types::UInt8(singleChannel));
     if (options_.channelAssignment)
         descriptor.channelAssignment(*options_.channelAssignment);
+    describeChannels(metadata, descriptor);
     if (auto* const aes3 = dynamic_cast<AES3AudioEssenceDescriptor*>(&descriptor))
         describeChannelStatus(*aes3, format_);
     return descriptor;
+}
+
+void PCMAnalyzer::describeChannels(Metadata::PartitionMetadata& metadata,
+                                   WAVEAudioEssenceDescriptor& descriptor) const {
+    if (!options_.channelMap || !descriptor.subDescriptors().empty())
+        return;
+    options_.channelMap->label(metadata, descriptor, options_.firstChannel, format_.channels);
+    if (!options_.channelAssignment)
+        descriptor.channelAssignment(Types::UniversalLabel(assignedByLabels));
+    if (format_.channels > 2)
+        descriptor.electrospatialFormulation(Types::UInt8(severalChannels));
 }
 
 bool PCMAnalyzer::hasMore() const { return !samples_->endOfStream(); }
