@@ -10,6 +10,7 @@
 #include "MXF/Zelm/DataIO/SliceSource.h"
 #include "MXF/Zelm/DataIO/SyncWordFinder.h"
 #include "MXF/Zelm/Essence/MPEG/VideoUnit.h"
+#include "MXF/Zelm/Templates/Containers.h"
 #include "MXF/Zelm/Templates/Memory.h"
 
 #include <string>
@@ -65,6 +66,7 @@ private:
     bool readMore();
     bool require(std::uint64_t end);
     void takeInto(State& state, Code const& code);
+    void readHeaders(State& state, std::uint64_t end);
     bool beginsUnitAt(State const& state, Code const& code);
     bool isSecondField(State const& state, std::uint64_t position);
     bool isWhole(State const& state) const;
@@ -73,9 +75,10 @@ private:
 
     Templates::SharedPtr<DataIO::SliceSource> source_;
     DataIO::SyncWordFinder finder_;
-    DataIO::Chain bytes_;         // from the start of the unit on
-    std::uint64_t start_;         // its position
-    std::optional<Code> pending_; // what the next unit begins with
+    DataIO::Chain bytes_;                          // from the start of the unit on
+    std::uint64_t start_;                          // its position
+    std::optional<Code> pending_;                  // what the next unit begins with
+    Templates::vector<std::uint64_t> headerCodes_; // in the unit, before its first slice
     std::optional<SequenceHeader> sequence_;
     std::string fault_;
 };

@@ -17,6 +17,9 @@ constexpr std::uint64_t readSize = std::uint64_t{256} << 10;
 /// A picture header with its coding extension, user data before it being rare, and small.
 constexpr std::uint64_t pictureHeaderSize = 256;
 
+/// Start codes before the first slice that are kept: more than streams have.
+constexpr std::size_t mostHeaders = 64;
+
 constexpr std::uint32_t macroblock = 16;
 
 /// From this height on, the rows of macroblocks do not fit in a start code.
@@ -135,17 +138,26 @@ bool VideoCutter::next(Unit& unit) {
 }
 
 void VideoCutter::takeInto(State& state, Code const& code) {
+    if (!state.hasSlices && headerCodes_.size() < mostHeaders)
+        headerCodes_.push_back(code.position - start_);
     if (code.value == PictureStart) {
         state.hasSecondField = state.hasSlices;
         state.hasPicture = true;
         state.lastSlice = 0;
     } else if (isSlice(code.value) && state.hasPicture) {
         if (!state.hasSlices)
-            state.headers = VideoUnit::read(bytes_.part(0, code.position - start_ + startCodeSize),
-                                            VideoUnit::Part::Head);
+            readHeaders(state, code.position - start_ + startCodeSize);
         state.hasSlices = true;
         state.lastSlice = code.value;
     }
+}
+
+/// The headers of the first `end` bytes. Of more start codes than are kept, all are searched for once more.
+void VideoCutter::readHeaders(State& state, std::uint64_t end) {
+    // A few bytes more, so that all of the last header can be read eight bytes at a time.
+    auto const bytes = bytes_.part(0, std::min(end + sizeof(std::uint64_t), bytes_.size()));
+    state.headers = headerCodes_.size() < mostHeaders ? VideoUnit::read(bytes, headerCodes_)
+                                                      : VideoUnit::read(bytes, VideoUnit::Part::Head);
 }
 
 bool VideoCutter::beginsUnitAt(State const& state, Code const& code) {
@@ -179,6 +191,7 @@ void VideoCutter::cut(State& state, std::uint64_t end, Unit& unit) {
     if (unit.headers.sequence)
         sequence_ = unit.headers.sequence;
     start_ = end;
+    headerCodes_.clear();
 }
 
 bool VideoCutter::endAmidPicture() {
