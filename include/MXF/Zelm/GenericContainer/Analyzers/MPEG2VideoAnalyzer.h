@@ -1,9 +1,10 @@
-/// MPEG-2 video elementary streams, wrapped by frames (SMPTE 381M). MPEG-1 video is taken too.
+/// MPEG-2 video elementary streams, wrapped by frames or as a clip (SMPTE 381M). MPEG-1 video is taken too.
 #pragma once
 
 #include "MXF/Zelm/DataIO/SliceSource.h"
 #include "MXF/Zelm/Essence/MPEG/SequenceHeader.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/BasicAnalyzer.h"
+#include "MXF/Zelm/GenericContainer/Wrapping.h"
 
 namespace MXF::Zelm::Metadata::Structural {
 class CDCIEssenceDescriptor;
@@ -21,7 +22,10 @@ namespace MXF::Zelm::GenericContainer {
 /// corrects the label. The timecode of a group's header belongs to its first edit unit.
 class MXFZELM_EXPORT MPEG2VideoAnalyzer : public BasicAnalyzer<PictureAnalyzer> {
 public:
-    explicit MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source);
+    /// `wrapping` tells labels and key alone: the edit units are the same, and the clip wrapper makes one
+    /// element of them.
+    explicit MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source,
+                                Wrapping wrapping = Wrapping::Frame);
     ~MPEG2VideoAnalyzer() override;
 
     using BasicAnalyzer::editRate;
@@ -42,15 +46,18 @@ public:
     /// The first sequence header. Throws Exceptions::InvalidStructure before `preload`.
     Essence::MPEG::SequenceHeader const& sequence() const;
 
+    /// The first pictures are all intra coded.
+    bool isIntraOnly() const;
+
+    /// The most pictures in a group so far.
+    std::size_t longestGroup() const;
+
 protected:
     Metadata::Structural::FileDescriptor& describe(Metadata::PartitionMetadata& metadata,
                                                    Metadata::Structural::FileDescriptor* present) override;
     void complete(Metadata::Structural::FileDescriptor& descriptor) override;
     bool hasMore() const override;
     std::uint64_t read(EditUnit& unit) override;
-
-    /// The first pictures are all intra coded.
-    bool isIntraOnly() const;
 
     /// What the pictures are like, in any descriptor of the kind.
     void describePictures(Metadata::Structural::CDCIEssenceDescriptor& descriptor) const;

@@ -18,7 +18,7 @@ using Essence::MPEG::VideoCutter;
 using Metadata::Structural::FileDescriptor;
 using Metadata::Structural::MPEG2VideoDescriptor;
 
-constexpr unsigned char frameWrappedMPEG = 0x05;
+constexpr unsigned char frameWrappedMPEG = 0x05, clipWrappedMPEG = 0x06;
 
 /// As many intra pictures in a row make a stream of intra pictures alone.
 constexpr std::size_t lookAhead = 8;
@@ -39,13 +39,15 @@ Utils::TimeCode timecodeOf(Essence::MPEG::GroupHeader const& group, Templates::R
 } // namespace
 
 struct MPEG2VideoAnalyzer::State : Platform::Allocated {
-    explicit State(Templates::SharedPtr<DataIO::SliceSource> source) : cutter(std::move(source)) {}
+    State(Templates::SharedPtr<DataIO::SliceSource> source, Wrapping wrappingToUse)
+        : cutter(std::move(source)), wrapping(wrappingToUse) {}
 
     bool fetch();
     std::size_t followingB();
     bool hasPredictedAhead() const;
 
     VideoCutter cutter;
+    Wrapping wrapping;
     std::deque<VideoCutter::Unit> ahead;                   // not given yet: never empty while there are more
     std::optional<Essence::MPEG::SequenceHeader> sequence; // the first
     Essence::MPEG::PictureHeader firstPicture;
@@ -76,8 +78,8 @@ bool MPEG2VideoAnalyzer::State::hasPredictedAhead() const {
     return std::any_of(ahead.begin(), ahead.end(), isPredicted);
 }
 
-MPEG2VideoAnalyzer::MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source)
-    : state_(std::make_unique<State>(std::move(source))) {}
+MPEG2VideoAnalyzer::MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source, Wrapping wrapping)
+    : state_(std::make_unique<State>(std::move(source), wrapping)) {}
 
 MPEG2VideoAnalyzer::~MPEG2VideoAnalyzer() = default;
 
@@ -108,16 +110,19 @@ Templates::Rational<int> MPEG2VideoAnalyzer::editRate() const {
     return state_->sequence ? state_->sequence->frameRate() : Templates::Rational<int>{};
 }
 
-Types::UniversalLabel MPEG2VideoAnalyzer::universalLabel() const { return mpegFrameWrappedLabel(); }
+Types::UniversalLabel MPEG2VideoAnalyzer::universalLabel() const { return mpegLabel(state_->wrapping); }
 
 bool MPEG2VideoAnalyzer::containsTemporalDependencies() const {
     return !state_->isIntraOnly && !(sequence().extension && sequence().extension->lowDelay);
 }
 
 bool MPEG2VideoAnalyzer::isIntraOnly() const { return state_->isIntraOnly; }
+std::size_t MPEG2VideoAnalyzer::longestGroup() const { return state_->groups.longest(); }
 Utils::TimeCode MPEG2VideoAnalyzer::currentTimeCode() const { return state_->timecode; }
 unsigned char MPEG2VideoAnalyzer::itemTypeIdentifier() const { return ElementKey::Picture; }
-unsigned char MPEG2VideoAnalyzer::essenceElementType() const { return frameWrappedMPEG; }
+unsigned char MPEG2VideoAnalyzer::essenceElementType() const {
+    return state_->wrapping == Wrapping::Clip ? clipWrappedMPEG : frameWrappedMPEG;
+}
 std::string MPEG2VideoAnalyzer::fault() const { return state_->cutter.fault(); }
 
 void MPEG2VideoAnalyzer::describePictures(Metadata::Structural::CDCIEssenceDescriptor& descriptor) const {
