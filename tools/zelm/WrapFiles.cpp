@@ -1,6 +1,7 @@
 #include "WrapFiles.h"
 
 #include "TimeText.h"
+#include "WrapPresets.h"
 #include "WrapVerify.h"
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>
@@ -242,6 +243,8 @@ private:
         result_.seconds = output.seconds();
         result_.interrupted = output.wasInterrupted();
         result_.discarded = output.wasDiscarded();
+        for (auto const* const track : result_.tracks)
+            checkGroups(task_.layout, *track);
         if (!result_.interrupted)
             noteEnds(result_);
         if (task_.options.md5)

@@ -40,21 +40,23 @@ bool isD10(InputHead const& head, TrackMaking const& making) {
     return isVideo(head, making) && GenericContainer::D10Analyzer(head.open(making)).preload();
 }
 
-template <class Analyzer>
-void addVideo(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks,
-              const char* essence) {
-    auto const analyzer = std::make_shared<Analyzer>(head.open(making));
+void addVideo(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks, const char* essence,
+              Templates::SharedPtr<GenericContainer::MPEG2VideoAnalyzer> const& analyzer) {
     if (!analyzer->preload())
         throw CannotWrap(head.name + ": has no picture with a known size and frame rate");
     addTrack(tracks, 'v', head, essence, analyzer, making.sources++);
 }
 
 void addD10(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
-    addVideo<GenericContainer::D10Analyzer>(head, making, tracks, "D-10 video");
+    addVideo(head, making, tracks, "D-10 video",
+             std::make_shared<GenericContainer::D10Analyzer>(head.open(making)));
 }
 
 void addMpeg(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
-    addVideo<GenericContainer::MPEG2VideoAnalyzer>(head, making, tracks, "MPEG-2 video");
+    auto const wrapping = making.layout.wrapping().value_or(Wrapping::Frame);
+    addVideo(head, making, tracks, "MPEG-2 video",
+             std::make_shared<GenericContainer::MPEG2VideoAnalyzer>(head.open(making), wrapping));
+    tracks.back().wrapping = wrapping;
 }
 
 bool isWave(InputHead const& head, TrackMaking const&) {
