@@ -200,23 +200,91 @@ TEST(EssenceReader, PassesOverTracksThatAreNotWanted) {
     EXPECT_EQ(joined(data), elementValue(7, pictureTrack));
 }
 
+constexpr std::int64_t farAway = std::int64_t{1} << 62;
+constexpr auto lastPosition = std::numeric_limits<std::int64_t>::max();
+
+/// Something that an index may say, made of one that is right.
+struct Lie {
+    const char* what;
+    std::function<void(std::vector<Rows>&)> tell;
+};
+
+void move(Rows& rows, std::size_t entry, std::uint64_t by) {
+    rows.entries[entry].streamOffset(rows.entries[entry].streamOffset() + by);
+}
+
+/// A segment for each half of what is left of all positions, up to the last one.
+void climb(std::vector<Rows>& segments) {
+    auto const all = segments.front().entries;
+    segments.clear();
+    for (std::size_t i = 0; i < units; ++i)
+        segments.push_back({.start = lastPosition - (farAway >> i), .duration = 1, .entries = {all[i]}});
+}
+
+const Lie lies[] = {
+    {"amid an element", [](auto& all) { move(all[0], 5, 7); }},
+    {"another element than the first", [](auto& all) { move(all[0], 6, 32); }},
+    {"beyond the essence", [](auto& all) { move(all[0], 8, ~std::uint64_t{0}); }},
+    {"the last one amid an element", [](auto& all) { move(all[0], units - 1, 7); }},
+    {"behind the next one", [](auto& all) { std::swap(all[0].entries[17], all[0].entries[18]); }},
+    {"backwards", [](auto& all) { std::reverse(all[0].entries.begin(), all[0].entries.end()); }},
+    {"all the same", [](auto& all) { all[0].entries.assign(units, all[0].entries[9]); }},
+    {"too early", [](auto& all) { all[0].start = -5; }},
+    {"too late", [](auto& all) { all[0].start = farAway; }},
+    {"up to the last position", climb},
+    {"half of them", [](auto& all) { all[0].entries.resize(units / 2, IndexTables::IndexEntry(0)); }},
+    {"no end", [](auto& all) { all[0].duration = lastPosition; }},
+    {"less than nothing", [](auto& all) { all[0].duration = -lastPosition; }},
+    {"others later",
+     [](auto& all) { all.push_back({.start = 3, .duration = 5, .entries = entriesAt({7})}); }},
+    {"one size", [](auto& all) { all = {{.duration = farAway, .byteCount = 1}}; }},
+    {"one large size", [](auto& all) { all = {{.duration = 0, .byteCount = 0xFFFFFFFF}}; }},
+    {"one size behind the entries",
+     [](auto& all) {
+         all = {{.duration = farAway, .byteCount = 1, .entries = entriesAt({0, 7})}};
+     }},
+};
+
 TEST(EssenceReader, DoesNotFollowAnIndexThatLeadsAstray) {
     auto file = frameWrapped();
-    auto wrong = file.starts;
-    wrong[5] += 7;  // amid an element
-    wrong[6] += 32; // an element, but not the first
-    wrong[8] = ~0ull;
-    for (std::size_t const cut : {std::size_t{units}, std::size_t{20}}) {
-        wrong.resize(cut);
-        file.parts.back().index = indexOf(wrong);
-        file.parts.back().indexSID = 2;
-        for (std::size_t const position : {5u, 6u, 8u, 39u}) {
-            File open(makeFile(file.parts).bytes);
-            EssenceUnit unit;
+    file.parts.back().indexSID = 2;
+    for (auto const& lie : lies) {
+        SCOPED_TRACE(lie.what);
+        std::vector<Rows> segments = {{.duration = units}};
+        for (auto const start : file.starts)
+            segments[0].entries.emplace_back(start);
+        lie.tell(segments);
+        file.parts.back().index.clear();
+        for (auto const& rows : segments)
+            file.parts.back().index = file.parts.back().index + written(*makeSegment(rows));
+        Bytes const bytes = makeFile(file.parts).bytes;
+        EXPECT_EQ(File(bytes).essence.end(), std::int64_t{units});
+        EssenceUnit unit;
+        for (std::size_t const position : {0u, 5u, 6u, 8u, 17u, 18u, 39u}) {
+            File open(bytes);
             ASSERT_TRUE(open.essence.read(static_cast<std::int64_t>(position), unit)) << position;
             expectUnit(unit, position, file);
         }
+        File open(bytes);
+        auto const* const index = open.essence.seeker().index();
+        ASSERT_NE(index, nullptr);
+        auto const indexed = index->end();
+        EXPECT_EQ(positions(file, [&](auto& one) { return open.essence.next(one); }), upTo(units));
+        for (std::int64_t const position : {std::int64_t{units}, farAway, lastPosition - 2, lastPosition})
+            EXPECT_FALSE(open.essence.read(position, unit)) << position;
+        EXPECT_EQ(positions(file, [&](auto& one) { return open.essence.previous(one); }).size(), units);
+        EXPECT_EQ(index->end(), indexed) << "it stays for who has asked for it";
     }
+}
+
+TEST(EssenceReader, TakesTheIndexTableThatTheMetadataNames) {
+    auto file = frameWrapped();
+    file.parts.back().index = written(*makeSegment({.duration = 3, .byteCount = 9, .indexSID = 1}));
+    file.parts.back().index = file.parts.back().index + indexOf(file.starts);
+    Bytes const bytes = makeFile(file.parts).bytes;
+    EXPECT_EQ(File(bytes, {}, {.bodySID = 1}).essence.seeker().table()->indexSID(), 1u);
+    EXPECT_EQ(File(bytes, {}, {.bodySID = 1, .indexSID = 2}).essence.seeker().table()->indexSID(), 2u);
+    EXPECT_EQ(File(bytes, {}, {.bodySID = 1, .indexSID = 3}).essence.seeker().table()->indexSID(), 1u);
 }
 
 TEST(BodyStream, GoesOnBehindWhatTheFileDoesNotHave) {
@@ -571,6 +639,10 @@ TEST(EssenceReader, CutsClipsByTheirIndex) {
                       container);
         EXPECT_EQ(clipUnits(variable, value), (Sizes{10, 690, 300}));
     }
+    File backwards(
+        clipFile(value, written(*makeSegment({.duration = farAway, .entries = entriesAt({0, 700, 10})}))), {},
+        container);
+    EXPECT_EQ(clipUnits(backwards, value), (Sizes{700})) << "where the second one ends is not known";
     File whole(clipFile(value), {}, container);
     EXPECT_EQ(clipUnits(whole, value), (Sizes{1000}));
     EXPECT_EQ(File(clipFile(value)).essence.wrapping(), Wrapping::Clip);

@@ -29,10 +29,12 @@ struct Entry {
 /// Stored I, P, B; shown I, B, P. These are where the small file's three elements stand.
 const std::vector<Entry> pictures = {{0, 0, 0xC0, 0}, {1, -1, 0x22, 320}, {-1, -2, 0x33, 590}};
 
-Bytes segment(std::vector<Entry> const& entries, std::int64_t start, std::int64_t duration) {
+Bytes segment(std::vector<Entry> const& entries, std::int64_t start, std::int64_t duration,
+              std::uint32_t byteCount = 0, const char* rate = "00000019 00000001") {
     auto const count = static_cast<std::uint32_t>(entries.size());
-    Bytes items = hex("3F0B 0008 00000019 00000001  3F0C 0008") + number(start) + hex("3F0D 0008") +
-                  number(duration) + hex("3F06 0004 00000002  3F07 0004 00000001  3F0A") +
+    Bytes items = hex("3F0B 0008") + hex(rate) + hex("3F0C 0008") + number(start) + hex("3F0D 0008") +
+                  number(duration) + hex("3F05 0004") + number(byteCount) +
+                  hex("3F06 0004 00000002  3F07 0004 00000001  3F0A") +
                   number(static_cast<std::uint16_t>(8 + 11 * count)) + number(count) + hex("0000000B");
     for (auto const& entry : entries)
         items = items + number(static_cast<std::int8_t>(entry.temporalOffset)) +
@@ -197,6 +199,30 @@ TEST(IndexPlot, BearsAbsurdValuesAsFramesDoes) {
                 auto const drawn = readFile(out);
                 EXPECT_TRUE(isBalanced(std::string(drawn.begin(), drawn.end()))) << start << " " << duration;
             }
+}
+
+/// Segments that lead a table from one end of all positions to the other, at rates that are none.
+TEST(IndexPlot, BearsTablesWithoutEnd) {
+    TemporaryFolder const folder;
+    auto const file = folder.file("endless.mxf"), out = folder.file("out.svg");
+    constexpr auto least = std::numeric_limits<std::int64_t>::min(), most = -(least + 1);
+    for (auto const* const rate :
+         {"00000000 00000000", "80000000 FFFFFFFF", "00000019 00000000", "7FFFFFFF 00000001"}) {
+        auto const segments = segment({pictures[0]}, least, 1, 0, rate) +
+                              segment({pictures[0]}, 0, farAway, 1, rate) +
+                              segment({pictures[1]}, most - 1, 1, 0, rate);
+        writeFile(file, indexed(segments).bytes);
+        auto const run = runZelm({"index", file, "--json"});
+        EXPECT_EQ(run.status, 1) << rate << run.errors;
+        EXPECT_LE(Json::parse(run.output)["tables"][0]["edit_units"], 712);
+        for (std::vector<std::string> const& order : {std::vector<std::string>{"index", file},
+                                                      {"index", file, "--list", ":", "--display"},
+                                                      {"index", file, "--force", "--plot", out},
+                                                      {"frames", "--display", file}}) {
+            auto const other = runZelm(order);
+            EXPECT_TRUE(other.status == 0 || other.status == 1) << order[0] << other.errors;
+        }
+    }
 }
 
 } // namespace

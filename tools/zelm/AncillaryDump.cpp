@@ -1,7 +1,11 @@
 /// `zelm ancillary --dump`: each packet, with its bytes.
 #include "AncillaryContent.h"
 #include "AncillaryRows.h"
+#include "AncillaryStored.h"
 #include "Text.h"
+#include "TimeText.h"
+
+#include <MXF/Zelm/ByteCoders/Hexadecimal.h>
 
 namespace Zelm {
 
@@ -9,6 +13,10 @@ using namespace MXF::Zelm;
 using namespace GenericContainer::S436M;
 
 namespace {
+
+std::string payloadText(StoredPacket const& stored) {
+    return ByteCoders::toHexadecimal(stored.payload.data(), stored.payload.size());
+}
 
 /// "12 10:00:00:12".
 std::string unitText(AncillaryTrack const& track, std::int64_t unit) {
@@ -54,6 +62,7 @@ Json jsonOf(AncillaryPacket const& packet, std::vector<const char*> const& fault
               {"field", stored.field()},
               {"wrapping", static_cast<unsigned>(stored.wrapping)},
               {"coding", static_cast<unsigned>(stored.coding)},
+              {"field_mark", (stored.lineNumber & StoredPacket::field2Mark) != 0},
               {"samples", stored.sampleCount}};
     if (isANC) {
         json["did"] = content.packet.did;
@@ -62,10 +71,19 @@ Json jsonOf(AncillaryPacket const& packet, std::vector<const char*> const& fault
         json["data_count"] = content.dataCount;
         json["checksum"] = orNull(content.checksum);
         json["content"] = contentText(packet);
+        json["payload"] = isTold(stored, content) ? Json() : Json(payloadText(stored));
     }
     json["data"] = bytesText(packet);
     json["faults"] = faults;
     return json;
+}
+
+Json jsonOf(AncillaryTrack const& track, std::uint64_t units) {
+    return {{"kind", track.kindText()},
+            {"body_sid", track.bodySID},
+            {"track_id", orNull(track.id)},
+            {"edit_rate", orNull(track.editRateText())},
+            {"edit_units", units}};
 }
 
 class Dump : public AncillaryPrinter {
@@ -73,6 +91,14 @@ public:
     explicit Dump(bool asJson) : rows_("packets", asJson) {}
 
     void begin(std::string const& file) override { rows_.begin(file); }
+
+    void track(AncillaryTrack const& track) override { units_.emplace_back(&track, 0); }
+
+    void element(AncillaryTrack const& track, std::int64_t) override {
+        for (auto& [each, count] : units_)
+            if (each == &track)
+                ++count;
+    }
 
     void packet(AncillaryPacket const& packet) override {
         auto const faults = faultTexts(packet);
@@ -98,11 +124,18 @@ public:
                       faultText(fault.message, fault.offset));
     }
 
-    void end(std::vector<Fault> const& faults) override { rows_.end(faults); }
+    void end(std::vector<Fault> const& faults) override {
+        Json tracks = Json::array();
+        for (auto const& [track, count] : units_)
+            tracks.push_back(jsonOf(*track, count));
+        rows_.end(faults, {{"tracks", tracks}});
+    }
     bool foundFaults() const override { return found_; }
 
 private:
     AncillaryRows rows_;
+    std::vector<std::pair<AncillaryTrack const*, std::uint64_t>>
+        units_; // tracks, and elements that were read
     bool found_ = false;
 };
 

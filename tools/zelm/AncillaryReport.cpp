@@ -159,7 +159,7 @@ private:
                   {"body_sid", track.bodySID},
                   {"track_id", orNull(track.id)},
                   {"track_number", track.number},
-                  {"edit_rate", rationalJson(track.editRate)},
+                  {"edit_rate", orNull(track.editRateText())},
                   {"edit_units", tallied.elements},
                   {"packets", tallied.packets},
                   {"identifiers", Json::array()},
@@ -171,12 +171,6 @@ private:
             appendOccurrence(track, fault, json["faults"].back());
         }
         return json;
-    }
-
-    static Json rationalJson(EditRate const& rate) {
-        if (rate.denominator == 0)
-            return nullptr;
-        return std::to_string(rate.numerator) + "/" + std::to_string(rate.denominator);
     }
 
     static Json toJson(AncillaryTrack const& track, TalliedPackets const& row) {

@@ -21,12 +21,15 @@ void AncillaryRows::add(Json const& row) {
     output_.rowEnded();
 }
 
-void AncillaryRows::end(std::vector<Fault> const& faults) {
+void AncillaryRows::end(std::vector<Fault> const& faults, Json const& further) {
     if (asJson_) {
         Json list = Json::array();
         for (auto const& fault : faults)
             list.push_back(toJson(std::optional(fault)));
-        output_.text() += std::string(hasRows_ ? "\n  " : "") + "],\n  \"faults\": " + dump(list) + "\n}\n";
+        output_.text() += std::string(hasRows_ ? "\n  " : "") + "]";
+        for (auto const& [name, value] : further.items())
+            output_.text() += ",\n  " + dump(name) + ": " + dump(value);
+        output_.text() += ",\n  \"faults\": " + dump(list) + "\n}\n";
     }
     output_.flush();
 }

@@ -17,7 +17,9 @@ public:
     void begin(std::string const& file);
     void add(std::string const& line);
     void add(Json const& row);
-    void end(std::vector<Fault> const& faults);
+
+    /// The members of `further`, an object, stand behind the array.
+    void end(std::vector<Fault> const& faults, Json const& further = Json::object());
 
 private:
     const char* arrayName_;

@@ -103,6 +103,12 @@ std::optional<std::string> AncillaryTrack::timecodeText(std::int64_t unit) const
     return timecode.isDefined() ? std::optional(Platform::toUtf8(timecode.toString())) : std::nullopt;
 }
 
+std::optional<std::string> AncillaryTrack::editRateText() const {
+    if (editRate.denominator == 0)
+        return std::nullopt;
+    return std::to_string(editRate.numerator) + "/" + std::to_string(editRate.denominator);
+}
+
 AncillaryWalk::AncillaryWalk(Input& input) : input_(input), lines_(mostLines) {
     auto const info = gatherInfo(input);
     lines_ = linesOf(info);

@@ -29,6 +29,9 @@ struct AncillaryTrack {
     bool isANC() const { return kind == Kind::ANC; }
     const char* kindText() const { return isANC() ? "ANC" : "VBI"; }
 
+    /// "30000/1001"; none when it is not known.
+    std::optional<std::string> editRateText() const;
+
     /// "10:00:00:00"; none when it cannot be told.
     std::optional<std::string> timecodeText(std::int64_t unit) const;
 };

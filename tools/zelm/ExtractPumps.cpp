@@ -32,8 +32,8 @@ std::string unitsText(std::int64_t count) {
     return std::to_string(count) + (count == 1 ? " edit unit" : " edit units");
 }
 
-EssenceReader::Options optionsFor(std::vector<ExtractTrack*> const& only) {
-    auto options = moderateOptions();
+EssenceReader::Options optionsFor(std::vector<ExtractTrack*> const& only, SharedGatherer const& gatherer) {
+    auto options = moderateOptions(gatherer);
     for (auto const* const track : only)
         options.trackNumbers.push_back(track->element.trackNumber());
     return options;
@@ -42,10 +42,11 @@ EssenceReader::Options optionsFor(std::vector<ExtractTrack*> const& only) {
 class UnitPump : public ExtractPump {
 public:
     UnitPump(Input& input, MXFIO::EssenceContainer const& container, ExtractTracks& tracks,
-             WantedUnits const& wanted, std::vector<ExtractTrack*> const& only)
+             WantedUnits const& wanted, std::vector<ExtractTrack*> const& only,
+             SharedGatherer const& gatherer)
         : container_(container),
           tracks_(tracks),
-          reader_(input.reader, container, optionsFor(only)),
+          reader_(input.reader, container, optionsFor(only, gatherer)),
           first_(wanted.first()),
           last_(wanted.last()) {
         reader_.seek(first_);
@@ -81,8 +82,9 @@ private:
 
 class ClipPump : public ExtractPump {
 public:
-    ClipPump(Input& input, MXFIO::EssenceContainer const& container, ExtractTrack& track)
-        : track_(track), reader_(input.reader, container, placesOf(track)) {
+    ClipPump(Input& input, MXFIO::EssenceContainer const& container, ExtractTrack& track,
+             SharedGatherer const& gatherer)
+        : track_(track), reader_(input.reader, container, placesOf(track, gatherer)) {
         auto& stream = reader_.stream();
         stream.seek(0);
         auto head = stream.nextCutPacket();
@@ -127,8 +129,8 @@ public:
     bool serves(ExtractTrack const& track) const override { return &track == &track_; }
 
 private:
-    static EssenceReader::Options placesOf(ExtractTrack& track) {
-        auto options = optionsFor({&track});
+    static EssenceReader::Options placesOf(ExtractTrack& track, SharedGatherer const& gatherer) {
+        auto options = optionsFor({&track}, gatherer);
         options.largestElement = 0;
         return options;
     }
@@ -182,8 +184,9 @@ void takeLarge(ExtractTrack& track, GenericContainer::Element const& element, Es
 
 } // namespace
 
-MXFIO::EssenceOptions moderateOptions() {
+MXFIO::EssenceOptions moderateOptions(SharedGatherer const& gatherer) {
     MXFIO::EssenceOptions options;
+    options.gatherer = gatherer;
     options.largestElement = 4 * pieceSize;
     return options;
 }
@@ -238,13 +241,14 @@ void giveUnit(EssenceUnit const& unit, ExtractTracks& tracks, EssenceReader* rea
 
 std::unique_ptr<ExtractPump> makeUnitPump(Input& input, MXFIO::EssenceContainer const& container,
                                           ExtractTracks& tracks, WantedUnits const& wanted,
-                                          std::vector<ExtractTrack*> const& only) {
-    return std::make_unique<UnitPump>(input, container, tracks, wanted, only);
+                                          std::vector<ExtractTrack*> const& only,
+                                          SharedGatherer const& gatherer) {
+    return std::make_unique<UnitPump>(input, container, tracks, wanted, only, gatherer);
 }
 
 std::unique_ptr<ExtractPump> makeClipPump(Input& input, MXFIO::EssenceContainer const& container,
-                                          ExtractTrack& track) {
-    return std::make_unique<ClipPump>(input, container, track);
+                                          ExtractTrack& track, SharedGatherer const& gatherer) {
+    return std::make_unique<ClipPump>(input, container, track, gatherer);
 }
 
 } // namespace Zelm

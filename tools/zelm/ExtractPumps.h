@@ -30,17 +30,21 @@ protected:
     std::uint64_t place_ = 0;
 };
 
+/// Index tables, read once for all containers.
+using SharedGatherer = std::shared_ptr<MXF::Zelm::MXFIO::IndexTableGatherer>;
+
 /// Edit unit after edit unit of a container. With `only` no other tracks are read than those.
 std::unique_ptr<ExtractPump> makeUnitPump(Input& input, MXF::Zelm::MXFIO::EssenceContainer const& container,
                                           ExtractTracks& tracks, WantedUnits const& wanted,
-                                          std::vector<ExtractTrack*> const& only);
+                                          std::vector<ExtractTrack*> const& only,
+                                          SharedGatherer const& gatherer);
 
 /// The bytes of an element that holds all edit units of its track.
 std::unique_ptr<ExtractPump> makeClipPump(Input& input, MXF::Zelm::MXFIO::EssenceContainer const& container,
-                                          ExtractTrack& track);
+                                          ExtractTrack& track, SharedGatherer const& gatherer);
 
 /// Reads no elements at once that are too large for it.
-MXF::Zelm::MXFIO::EssenceOptions moderateOptions();
+MXF::Zelm::MXFIO::EssenceOptions moderateOptions(SharedGatherer const& gatherer);
 
 /// The elements of a container that is wrapped as clips, each with its first bytes only.
 MXF::Zelm::MXFIO::EssenceUnit clipElements(MXF::Zelm::MXFIO::EssenceReader& reader);

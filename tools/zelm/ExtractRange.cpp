@@ -29,7 +29,7 @@ void reorder(EditUnitLocator const& index, WantedUnits& wanted) {
         return;
     std::int64_t first = firstShown->first;
     std::int64_t const end = std::min(shown.last, index.end().value_or(shown.last));
-    for (std::int64_t i = shown.first; i < std::min(end, shown.first + farthestReorder); ++i)
+    for (std::int64_t i = shown.first; i < end && i - shown.first < farthestReorder; ++i)
         if (auto const stored = index.storedPosition(i))
             first = std::min(first, *stored);
     std::int64_t last = end;

@@ -8,6 +8,7 @@
 
 #include <MXF/Zelm/DataIO/File/FileFunctions.h>
 #include <MXF/Zelm/Exceptions/Exceptions.h>
+#include <MXF/Zelm/MXFIO/IndexTableGatherer.h>
 #include <MXF/Zelm/MXFIO/SequentialReader.h>
 
 #include <algorithm>
@@ -182,8 +183,9 @@ void Extraction::requireUnits(EssenceReader& reader, WantedUnits const& wanted, 
 }
 
 /// Finds out what a container holds and which part of it is wanted.
-void Extraction::prepare(Input& input, MXFIO::EssenceContainer const& container) {
-    EssenceReader reader(input.reader, container, moderateOptions());
+void Extraction::prepare(Input& input, MXFIO::EssenceContainer const& container,
+                         SharedGatherer const& gatherer) {
+    EssenceReader reader(input.reader, container, moderateOptions(gatherer));
     bool const isClip = reader.wrapping() == Wrapping::Clip;
     EssenceUnit unit;
     if (isClip)
@@ -208,13 +210,13 @@ void Extraction::prepare(Input& input, MXFIO::EssenceContainer const& container)
         std::erase_if(tracks, [&](ExtractTrack* track) {
             bool const isByUnits = track->form.shape == EssenceForm::Shape::Frames;
             if (!isByUnits)
-                pumps_.push_back(makeClipPump(input, container, *track));
+                pumps_.push_back(makeClipPump(input, container, *track, gatherer));
             return !isByUnits;
         });
     if (!isClip || !tracks.empty()) {
         bool const isAll = !isClip && tracks.size() == unit.package.elements.size();
-        pumps_.push_back(
-            makeUnitPump(input, container, tracks_, wanted, isAll ? std::vector<ExtractTrack*>() : tracks));
+        pumps_.push_back(makeUnitPump(input, container, tracks_, wanted,
+                                      isAll ? std::vector<ExtractTrack*>() : tracks, gatherer));
     }
 }
 
@@ -277,11 +279,12 @@ void Extraction::writeDocuments() {
 void Extraction::run(Input& input) {
     InterruptionGuard const guard;
     findContainers(input);
+    auto const gatherer = std::make_shared<MXFIO::IndexTableGatherer>(input.reader);
     for (auto const& container : containers_) {
         if (!tracks_.wants(container))
             continue;
         try {
-            prepare(input, container);
+            prepare(input, container, gatherer);
         } catch (Exceptions::SystemError const&) {
             throw;
         } catch (Exceptions::InvalidValue const& refusal) {

@@ -60,7 +60,8 @@ private:
     // From a file
     Metadata findMetadata(Input& input);
     void findContainers(Input& input);
-    void prepare(Input& input, MXF::Zelm::MXFIO::EssenceContainer const& container);
+    void prepare(Input& input, MXF::Zelm::MXFIO::EssenceContainer const& container,
+                 std::shared_ptr<MXF::Zelm::MXFIO::IndexTableGatherer> const& gatherer);
     void requireUnits(MXF::Zelm::MXFIO::EssenceReader& reader, WantedUnits const& wanted, bool isClip) const;
     void prepareDocuments(Input& input, Metadata const& metadata);
     void pumpAll(std::uint64_t size);

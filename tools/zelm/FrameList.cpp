@@ -6,6 +6,7 @@
 #include "PartitionSurvey.h"
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>
+#include <MXF/Zelm/MXFIO/IndexTableGatherer.h>
 
 #include <algorithm>
 #include <set>
@@ -32,7 +33,6 @@ public:
 private:
     bool isClip() { return reader_.wrapping() == Wrapping::Clip; }
     bool next(EssenceUnit& unit);
-    std::int64_t end();
     bool isWhole();
     bool isShort(std::int64_t found);
 
@@ -62,22 +62,8 @@ bool ContainerList::inStoredOrder(UnitRange const& range) {
     return true;
 }
 
-/// An index that leads to no edit unit is not believed.
-std::int64_t ContainerList::end() {
-    try {
-        return reader_.end().value_or(0);
-    } catch (Exceptions::SystemError const&) {
-        throw;
-    } catch (Exceptions::BaseException const&) {
-        if (reader_.seeker().index() == nullptr)
-            throw;
-        reader_.seeker().rejectIndex();
-        return reader_.end().value_or(0);
-    }
-}
-
 bool ContainerList::inDisplayOrder(UnitRange const& range) {
-    std::int64_t const end = this->end();
+    std::int64_t const end = reader_.end().value_or(0);
     bool isWhole = range.last <= end || !isShort(end);
     EssenceUnit unit;
     for (auto at = std::max<std::int64_t>(range.first, 0); at < std::min(range.last, end); ++at) {
@@ -127,6 +113,8 @@ private:
     FrameRequest const& request_;
     FramePrinter& printer_;
     Input input_;
+    std::shared_ptr<MXFIO::IndexTableGatherer> gatherer_ =
+        std::make_shared<MXFIO::IndexTableGatherer>(input_.reader); // for all containers
     FileInfo info_;
     FrameListEnd end_;
 };
@@ -176,7 +164,9 @@ void FileList::listContainer(FoundTrack const& chosen, bool isOnly) {
     section.fileSize = input_.source.size();
     printer_.section(section);
     try {
-        EssenceReader reader(input_.reader, *chosen.container, withoutValues(chosen.track));
+        auto options = withoutValues(chosen.track);
+        options.gatherer = gatherer_;
+        EssenceReader reader(input_.reader, *chosen.container, options);
         FrameMaker const maker(info_, *chosen.container, chosen.track, &reader.seeker());
         ContainerList list(reader, maker, printer_);
         if (!(request_.display ? list.inDisplayOrder(range) : list.inStoredOrder(range)))

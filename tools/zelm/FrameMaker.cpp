@@ -58,7 +58,7 @@ Frame FrameMaker::make(MXFIO::EssenceUnit const& unit) const {
 Utils::TimeCode FrameMaker::timecode(std::int64_t position) const {
     if (timecodes_.isKnown())
         return timecodes_.at(position);
-    if (container_.timecode.components.empty() || origin_ < 0)
+    if (container_.timecode.components.empty() || origin_ < 0 || position < everyUnit.first + origin_)
         return {};
     try {
         return container_.timecode.at(Utils::framesToSeconds(position - origin_, editRate_));

@@ -26,6 +26,7 @@ public:
     std::vector<IndexDisagreement> run(Metadata::PartitionMetadata const* metadata) {
         for (auto const& table : survey_.tables) {
             table_ = &table;
+            rate_ = table.table->editRate();
             for (auto const& segment : table.segments)
                 checkSegment(segment);
             checkEssence();
@@ -55,6 +56,7 @@ private:
     Input& input_;
     IndexSurvey const& survey_;
     FoundTable const* table_ = nullptr; // the one that is checked
+    EditRate rate_;                     // its edit rate
     std::vector<IndexDisagreement> found_;
 };
 
@@ -69,10 +71,9 @@ void IndexChecks::checkSegment(FoundSegment const& segment) {
                              ", with another content");
         return;
     }
-    EditRate const rate = table_->table->editRate();
-    if (segment.editRate.numerator != 0 && segment.editRate != rate)
+    if (segment.editRate.numerator != 0 && segment.editRate != rate_)
         add(segment,
-            "the edit rate is " + rateText(segment.editRate) + ", that of the table " + rateText(rate));
+            "the edit rate is " + rateText(segment.editRate) + ", that of the table " + rateText(rate_));
     if (segment.start < 0)
         add(segment, "the segment starts at edit unit " + std::to_string(segment.start));
     if (segment.duration < 0)

@@ -193,8 +193,8 @@ std::int64_t Panel::timeStep() const {
 void Panel::drawTimeAxis() {
     auto const step = static_cast<std::uint64_t>(timeStep());
     SvgPath ticks;
-    for (std::uint64_t i = 0; i < data_.range.count(); i += step) {
-        std::int64_t const unit = data_.range.first + static_cast<std::int64_t>(i);
+    for (std::uint64_t rest = data_.range.count(); rest != 0; rest -= std::min(rest, step)) {
+        auto const unit = static_cast<std::int64_t>(static_cast<std::uint64_t>(data_.range.last) - rest);
         double const at = std::round(x(unit)) + 0.5;
         ticks.vertical(at, y(plotBottom), y(plotBottom) + 16);
         double line = y(plotBottom) + 30;

@@ -106,7 +106,9 @@ UnitRange reach(FoundTable const& table, FoundTable::Locator const& locator,
     // Without essence in the file there is nothing to be found at a constant rate, and no end to it.
     if (!isConstant || !table.essenceBytes || (duration <= 0 && segment.indexEntryCount() != 0))
         return {start, entriesEnd};
-    return {start, lastLocated(locator, entriesEnd, end)};
+    // Each edit unit has a byte at least: there are no more of them, whatever the segment says.
+    std::int64_t const most = behind(0, *table.essenceBytes);
+    return {start, lastLocated(locator, entriesEnd, std::max(entriesEnd, std::min(end, most)))};
 }
 
 void findCovered(FoundTable& table) {

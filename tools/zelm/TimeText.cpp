@@ -40,8 +40,9 @@ std::string durationText(std::int64_t editUnits, EditRate const& rate) {
 std::string rateText(EditRate const& rate) {
     if (rate.denominator == 0)
         return "unknown";
-    if (rate.numerator % rate.denominator == 0)
-        return std::to_string(rate.numerator / rate.denominator);
+    std::int64_t const numerator = rate.numerator, denominator = rate.denominator;
+    if (numerator % denominator == 0)
+        return std::to_string(numerator / denominator);
     char text[64];
     std::snprintf(text, sizeof text, "%.3f", rate.toDouble());
     std::string shortened(text);

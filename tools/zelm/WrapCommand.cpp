@@ -37,6 +37,13 @@ public:
                 "--as", options_.tracks.as,
                 "What all inputs are, whatever their bytes look like; of data each file is an edit unit")
             ->check(CLI::IsMember(inputKindNames()));
+        parser
+            .add_option("--program", options_.tracks.program,
+                        "The number of the program to take from transport streams, if not the first")
+            ->check(CLI::Range(1u, 65535u));
+        parser.add_flag(
+            "--aes3", options_.tracks.aes3,
+            "Wrap sound as AES3, with its channel status in the descriptor, not as Broadcast Wave");
         parser.add_option("--play", plays_, "Of op3a and op3b: the edit units that play, one for each item")
             ->type_name("A:B")
             ->allow_extra_args(false);
@@ -72,9 +79,13 @@ public:
 
 private:
     static constexpr const char* footer =
-        "\nInputs: MPEG-2 video and D-10 (elementary streams), Wave and RF64, other MXF files (all tracks, "
-        "as\n"
-        "they are), samples (--pcm), data (--as data). A file is as long as its pictures: sound that is "
+        "\nInputs: MPEG-2 video and D-10 (elementary streams), Wave and RF64, SMPTE 302M, what stands in "
+        "MPEG "
+        "program\n"
+        "and transport streams and in AVI files, other MXF files (all tracks, as they are), packets as "
+        "zelm\n"
+        "ancillary --dump --json prints them, samples (--pcm), data (--as data). A file is as long as its "
+        "pictures: sound that is "
         "longer\n"
         "is cut, sound that is shorter goes on in silence; the report tells.\n"
         "\nPresets: rdd9 (MPEG-2 long GOP), d10 (D-10 with 8 AES3 channels), op1a (mono sounds), atom and "

@@ -181,7 +181,8 @@ void noteEnds(WrapResult& result) {
         double const aSample = 0.5 / 192000;
         double const silence = track->tail ? secondsOfSilence(*track) : 0;
         bool const isLonger =
-            track->tail ? !track->tail->isExhausted() || silence < -aSample : track->tap->wasCut();
+            track->tail ? !track->tail->isExhausted() || silence < -aSample
+                        : track->tap->wasCut() && !(track->openEnd && track->openEnd->isExhausted());
         if ((!isLonger && silence <= aSample) || !noted.insert(track->input).second)
             continue;
         result.notes.push_back(track->input + (isLonger ? ": is longer than the file: the rest was left out"
@@ -245,6 +246,9 @@ private:
         result_.discarded = output.wasDiscarded();
         for (auto const* const track : result_.tracks)
             checkGroups(task_.layout, *track);
+        auto& notes = task_.plan.notes();
+        result_.notes.insert(result_.notes.end(), notes.begin(), notes.end());
+        notes.clear();
         if (!result_.interrupted)
             noteEnds(result_);
         if (task_.options.md5)

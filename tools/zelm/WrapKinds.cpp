@@ -1,6 +1,8 @@
 #include "WrapKinds.h"
 
+#include "WrapAncillary.h"
 #include "WrapSounds.h"
+#include "WrapStreams.h"
 
 #include <MXF/Zelm/DataIO/File/FileSliceSource.h>
 #include <MXF/Zelm/Essence/Wave/WaveReader.h>
@@ -154,8 +156,13 @@ void addData(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>&
 constexpr InputKind inputKinds[] = {
     {"mxf", "MXF file", isMxf, true, addMxf},
     {"wave", "Wave file", isWave, false, addWave},
+    {"avi", "AVI file", isAvi, false, nullptr, aviStreams},
+    {"ps", "MPEG program stream", isProgramStream, false, nullptr, programStreams},
+    {"ts", "MPEG transport stream", isTransportStream, false, nullptr, transportStreams},
     {"d10", "D-10 video", isD10, true, addD10},
     {"mpeg2", "MPEG-2 video", isVideo, true, addMpeg},
+    {"302m", "SMPTE 302M sound", isS302M, false, nullptr, s302mStreams},
+    {"ancillary", "packets of VBI and ANC (JSON)", isAncillary, true, addAncillary},
     {"samples", "samples (--pcm)", isSamples, false, addSamples},
     {"data", "data (--as data)", nullptr, false, addData},
 };

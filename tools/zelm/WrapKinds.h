@@ -31,6 +31,7 @@ struct InputHead {
     InputHead(std::string streamName, Opening opening);
 
     Source open(TrackMaking const& making) const { return opening_(making.blocks); }
+    Source open(Blocks const& blocks) const { return opening_(blocks); }
 
     /// Whether it is a file, which can be opened by its name.
     bool isFile() const { return isFile_; }

@@ -4,6 +4,7 @@
 #include "WrapKinds.h"
 #include "WrapPresets.h"
 
+#include <MXF/Zelm/Exceptions/Exceptions.h>
 #include <MXF/Zelm/Templates/SafeCast.h>
 
 #include <algorithm>
@@ -82,6 +83,9 @@ void endTogether(std::vector<WrapTrack*> const& item, WrapItem const& containers
     for (auto* const track : item)
         if (track->tail && track->tail != leader->tail)
             goOnInSilence(*track);
+    for (auto* const track : item)
+        if (track->openEnd && track != leader)
+            track->openEnd->goOn();
     for (auto const& container : containers) {
         formGroup(container, leader);
         if (!holds(container, leader))
@@ -109,6 +113,21 @@ WrapPlan::WrapPlan(Layout const& layout, WrapOptions const& options, SharedDicti
         track.tap->options({options.md5, options.verify, track.wrapping == Wrapping::Clip});
 }
 
+namespace {
+
+/// The streams of a file; a message about them names it.
+std::vector<InputHead> streamsOf(InputKind const& kind, InputHead const& head, TrackMaking& making) {
+    try {
+        return kind.streams(head, making);
+    } catch (Exceptions::SystemError const&) {
+        throw;
+    } catch (Exceptions::BaseException const& failure) {
+        throw CannotWrap(head.name + ": " + failure.message());
+    }
+}
+
+} // namespace
+
 struct WrapPlan::Waiting {
     InputHead head;
     InputKind const& kind;
@@ -118,6 +137,7 @@ struct WrapPlan::Waiting {
 /// Inputs with a rate of their own are opened first: the others follow it.
 WrapPlan::Items WrapPlan::openInputs(WrapOptions const& options, SharedDictionary dictionary) {
     TrackMaking making{layout_, options.tracks, std::move(dictionary)};
+    notes_ = making.notes;
     Opened opened(options.inputs.size());
     std::vector<Waiting> waiting;
     for (std::size_t i = 0; i < options.inputs.size(); ++i) {
@@ -146,7 +166,7 @@ void WrapPlan::openInput(InputHead const& head, TrackMaking& making, std::vector
     if (kind.streams != nullptr && depth == deepest)
         throw CannotWrap(head.name + ": holds files within files within files");
     if (kind.streams != nullptr)
-        for (auto const& stream : kind.streams(head, making))
+        for (auto const& stream : streamsOf(kind, head, making))
             openInput(stream, making, tracks, waiting, depth + 1);
     else if (kind.hasRate)
         kind.addTracks(head, making, tracks);

@@ -52,6 +52,9 @@ public:
     std::uint64_t inputBytes() const { return inputBytes_; }
     std::vector<std::string> const& inputs() const { return inputs_; }
 
+    /// What a person should know of the inputs; more may come while they are read.
+    std::set<std::string>& notes() { return *notes_; }
+
     /// Bytes of essence that went by.
     std::uint64_t bytesTaken() const;
 
@@ -80,6 +83,7 @@ private:
     std::vector<WrapFile> files_;
     std::vector<std::string> inputs_;
     std::uint64_t inputBytes_ = 0;
+    std::shared_ptr<std::set<std::string>> notes_; // of all makers of tracks
 };
 
 } // namespace Zelm

@@ -20,6 +20,9 @@ using GenericContainer::Wrapping;
 
 namespace {
 
+/// Of an edit unit, which is made in memory: no sound comes near this, what a broken file claims may.
+constexpr std::uint64_t mostUnitBytes = std::uint64_t{64} << 20;
+
 /// A sound, opened.
 struct OpenSound {
     Templates::SharedPtr<DataIO::SliceSource> samples;
@@ -75,6 +78,10 @@ private:
         std::optional<Utils::SampleCadence> cadence;
         if (making_.soundWrapping() == Wrapping::Frame)
             cadence.emplace(sound.format.samplingRate, making_.rate);
+        if (cadence && cadence->mostSamples() > mostUnitBytes / sound.format.blockAlign())
+            throw CannotWrap(head_.name + ": " + std::to_string(sound.format.channels) + " channels at " +
+                             std::to_string(sound.format.samplingRate) +
+                             " Hz make edit units of more than 64 MiB");
         return std::make_shared<SilentTail>(sound.samples, sound.format, cadence,
                                             SilentTail::Extent::LastUnit);
     }
@@ -82,8 +89,8 @@ private:
     void addTrack(OpenSound const& sound, std::shared_ptr<SilentTail> const& tail,
                   Templates::SharedPtr<DataIO::SliceSource> const& source, unsigned channels) {
         PCMOptions options;
-        bool const isRdd9 = making_.isPreset("rdd9");
-        options.mapping = isRdd9 ? PCMOptions::Mapping::AES3 : PCMOptions::Mapping::BroadcastWave;
+        bool const isAES3 = making_.isPreset("rdd9") || making_.options.aes3;
+        options.mapping = isAES3 ? PCMOptions::Mapping::AES3 : PCMOptions::Mapping::BroadcastWave;
         options.wrapping = making_.soundWrapping();
         options.editRate = making_.rate;
         options.hasConstantSize = making_.layout.preset() != nullptr &&

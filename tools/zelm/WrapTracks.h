@@ -8,6 +8,7 @@
 #include <MXF/Zelm/DataIO/Memory/MemoryBlockFactory.h>
 
 #include <deque>
+#include <set>
 #include <stdexcept>
 
 namespace Zelm {
@@ -15,6 +16,18 @@ namespace Zelm {
 /// The inputs or options do not go together: the message says why.
 struct CannotWrap : std::runtime_error {
     using std::runtime_error::runtime_error;
+};
+
+/// Data that can go on behind its end, without content.
+class OpenEnd {
+public:
+    virtual ~OpenEnd() = default;
+
+    /// To be called before anything is read.
+    virtual void goOn() = 0;
+
+    /// All of the content was read.
+    virtual bool isExhausted() const = 0;
 };
 
 struct WrapTrack {
@@ -31,6 +44,8 @@ struct WrapTrack {
     MXF::Zelm::Essence::Wave::WaveFormat format = {};    ///< the same, of the input
     std::optional<std::uint64_t> samples = std::nullopt; ///< of the input, if it tells
 
+    std::shared_ptr<OpenEnd> openEnd = nullptr; ///< of data that has one
+
     std::shared_ptr<void> keeps = nullptr; ///< what the analyzer reads from
 };
 
@@ -39,6 +54,8 @@ struct TrackOptionsOfWrap {
     std::optional<unsigned> channels;              ///< of a track of sound; 0 for all of a file
     MXF::Zelm::Essence::Wave::WaveFormat pcm = {}; ///< of inputs that are samples and nothing else
     std::string as;                                ///< the name of the kind that all inputs are of
+    std::uint16_t program = 0;                     ///< of transport streams; 0 for the first one
+    bool aes3 = false;                             ///< sound is wrapped as AES3, with its channel status
 };
 
 /// What makers of tracks know and what they make.
@@ -56,6 +73,9 @@ struct TrackMaking {
 
     std::size_t sources = 0;
     std::shared_ptr<std::vector<std::string>> dataFiles = nullptr; ///< edit units of the data track
+
+    /// What a person should know; sources add to them while they are read.
+    std::shared_ptr<std::set<std::string>> notes = std::make_shared<std::set<std::string>>();
 
     bool isPreset(std::string_view name) const { return layout.isPreset(name); }
 

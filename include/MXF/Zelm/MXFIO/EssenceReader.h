@@ -85,9 +85,7 @@ private:
     bool readPackage(std::int64_t position, std::uint64_t streamOffset, EssenceUnit& unit);
     void takePacket(PacketHead const& head);
     void takeData(std::uint64_t streamOffset, std::uint64_t length, DataIO::Chain& data);
-    bool isPackageStart(std::uint64_t streamOffset);
     bool isWholeAtEnd();
-    GenericContainer::PackageBoundary const& firstPackage();
     bool isOneLongElement();
     bool isClipInParts(PacketHead const& first, PacketHead const& second);
     GenericContainer::Wrapping wrappingByBody();
@@ -105,8 +103,6 @@ private:
     Seeker seeker_;
     GenericContainer::Wrapping wrapping_ = GenericContainer::Wrapping::Unknown;
     GenericContainer::Demultiplexer demultiplexer_;
-    GenericContainer::PackageBoundary first_; // the first content package
-    bool firstIsFinal_ = false;               // another one follows it
     std::int64_t position_ = 0;
     std::int64_t followingPosition_ = -1; // the edit unit that begins at the following offset
     std::uint64_t followingOffset_ = 0;

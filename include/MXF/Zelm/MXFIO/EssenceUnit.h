@@ -25,6 +25,8 @@ struct MXFZELM_EXPORT EssenceUnit {
     bool isContinued = false;
 };
 
+class IndexTableGatherer;
+
 struct MXFZELM_EXPORT EssenceOptions {
     /// The numbers of the tracks that are read; all elements when empty. Others are passed over.
     Templates::vector<std::uint32_t> trackNumbers = {};
@@ -38,6 +40,10 @@ struct MXFZELM_EXPORT EssenceOptions {
 
     /// Where blocks come from; null for a pool of the reader's own.
     Templates::SharedPtr<DataIO::BlockFactory> factory = nullptr;
+
+    /// Where index tables come from, so that several readers of one file read them once; null for a gatherer
+    /// of the reader's own, which it does not keep.
+    Templates::SharedPtr<IndexTableGatherer> gatherer = nullptr;
 
     bool isSelected(GenericContainer::ElementKey key) const;
 };

@@ -59,8 +59,8 @@ public:
     Caches const& caches() const { return caches_; }
 
     /// The whole index table of an essence container, empty when there is none. Reads all. Where a container
-    /// has several tables, it is the one with the lowest index SID.
-    IndexTableCompleteCache::TablePtr table(std::uint32_t bodySID);
+    /// has several tables, it is the one with `indexSID`, or if there is none such the one with the lowest.
+    IndexTableCompleteCache::TablePtr table(std::uint32_t bodySID, std::uint32_t indexSID = 0);
 
     /// A segment that covers edit unit `position` of an essence container, empty when there is none. Reads
     /// partitions until there is one.

@@ -84,8 +84,10 @@ void ClipPackets::add(PacketHead const& head, std::uint64_t streamEnd, bool open
 ClipUnits::ClipUnits(ClipPackets packets, EssenceTrack const* track, IndexTables::IndexTable const* table,
                      IndexTables::EditUnitLocator const* index, Templates::Rational<int> editRate)
     : packets_(std::move(packets)), index_(index) {
-    for (auto const& value : packets_.values)
+    for (auto const& value : packets_.values) {
+        before_.push_back(length_);
         length_ = addOffsets(length_, value.length);
+    }
     chooseGrid(track, table, editRate);
     if (grid_.isKnown()) {
         index_ = nullptr;
@@ -118,8 +120,10 @@ bool ClipUnits::useIndex() {
         return false;
     if (first->streamOffset < packets_.values.front().offset)
         indexShift_ = packets_.values.front().offset - first->streamOffset;
+    // Each edit unit has a byte at least: there are no more of them, whatever the index says.
     std::int64_t low = 0;
-    std::int64_t high = index_->end().value_or(0);
+    std::int64_t high =
+        std::min(index_->end().value_or(0), static_cast<std::int64_t>(length_ & (largest >> 1)));
     while (high - low > 0) {
         std::int64_t const middle = low + (high - low) / 2;
         if (indexed(middle))
@@ -138,6 +142,8 @@ std::optional<StreamRange> ClipUnits::indexed(std::int64_t position) const {
     std::uint64_t const offset = addOffsets(location->streamOffset, indexShift_);
     if (offset < packets_.values.front().offset || offset >= end())
         return std::nullopt;
+    if (!location->length && index_->locate(position + 1))
+        return std::nullopt; // the next one stands before it
     std::uint64_t const unitEnd = location->length ? addOffsets(offset, *location->length) : end();
     if (packets_.isCut && unitEnd >= end())
         return std::nullopt;
@@ -161,14 +167,16 @@ std::vector<StreamRange> ClipUnits::valuesIn(StreamRange const& range) const {
 /// `length` bytes of the values, from byte `offset` of all of them on.
 std::vector<StreamRange> ClipUnits::bytes(std::uint64_t offset, std::uint64_t length) const {
     std::vector<StreamRange> found;
-    for (auto const& value : packets_.values) {
-        std::uint64_t const taken = std::min(length, value.length - std::min(value.length, offset));
+    auto const behind = std::upper_bound(before_.begin(), before_.end(), offset);
+    for (auto i = static_cast<std::size_t>(behind - before_.begin()) - 1; length != 0 && i < before_.size();
+         ++i) {
+        auto const& value = packets_.values[i];
+        std::uint64_t const passed = offset - before_[i];
+        std::uint64_t const taken = std::min(length, value.length - std::min(value.length, passed));
         if (taken != 0)
-            found.push_back({value.offset + offset, taken});
-        offset -= std::min(offset, value.length);
+            found.push_back({value.offset + passed, taken});
+        offset += taken;
         length -= taken;
-        if (length == 0)
-            break;
     }
     return found;
 }

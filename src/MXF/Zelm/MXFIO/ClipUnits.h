@@ -81,7 +81,8 @@ private:
     std::uint64_t end() const { return packets_.values.back().offset + packets_.values.back().length; }
 
     ClipPackets packets_;
-    std::uint64_t length_ = 0; // of all values, as much as there is
+    std::vector<std::uint64_t> before_; // bytes of the values before each
+    std::uint64_t length_ = 0;          // of all values, as much as there is
     SampleGrid grid_;
     IndexTables::EditUnitLocator const* index_;
     std::uint64_t indexShift_ = 0; // from the index's offsets to those of the stream

@@ -46,7 +46,7 @@ EssenceReader::EssenceReader(Reader2& reader, EssenceContainer container, Option
       container_(std::move(container)),
       options_(std::move(options)),
       stream_(reader, container_.bodySID, options_.factory),
-      seeker_(reader, stream_) {}
+      seeker_(reader, stream_, container_.indexSID, options_.gatherer) {}
 
 EssenceReader::EssenceReader(Reader2& reader, EssenceContainer container)
     : EssenceReader(reader, std::move(container), Options()) {}
@@ -84,51 +84,14 @@ bool EssenceReader::read(std::int64_t position, EssenceUnit& unit) {
 bool EssenceReader::readFrame(std::int64_t position, EssenceUnit& unit) {
     if (position == followingPosition_)
         return readPackage(position, followingOffset_, unit);
-    auto offset = seeker_.find(position);
-    if (offset && *offset != 0 && seeker_.isUnproven() && !isPackageStart(*offset)) {
-        seeker_.rejectIndex();
-        offset = seeker_.find(position);
-    }
+    auto const offset = seeker_.find(position);
     return offset && readPackage(position, *offset, unit);
-}
-
-/// False when what stands there is not the first element of a content package: an index may say anything.
-bool EssenceReader::isPackageStart(std::uint64_t streamOffset) {
-    ElementKey const first = firstPackage().first();
-    try {
-        stream_.seek(streamOffset);
-        while (auto const head = stream_.nextPacket())
-            if (ElementKey::isContent(head->key))
-                return ElementKey(head->key).isSameElement(first);
-    } catch (Exceptions::SystemError const&) {
-        throw;
-    } catch (Exceptions::BaseException const&) {
-        return false;
-    }
-    return true;
-}
-
-/// The packets of the first content package; not final where an open-ended stream ends with it.
-PackageBoundary const& EssenceReader::firstPackage() {
-    if (firstIsFinal_)
-        return first_;
-    first_.clear();
-    stream_.seek(0);
-    while (auto const head = stream_.nextPacket()) {
-        if (!ElementKey::isContent(head->key))
-            continue;
-        firstIsFinal_ = first_.startsNext(ElementKey(head->key));
-        if (firstIsFinal_)
-            break;
-        first_.add(ElementKey(head->key));
-    }
-    return first_;
 }
 
 bool EssenceReader::isWholeAtEnd() {
     if (demultiplexer_.boundary().empty())
         return false;
-    return !stream_.isOpenEnded() || demultiplexer_.boundary().isLike(firstPackage());
+    return !stream_.isOpenEnded() || demultiplexer_.boundary().isLike(seeker_.firstPackage());
 }
 
 bool EssenceReader::readPackage(std::int64_t position, std::uint64_t streamOffset, EssenceUnit& unit) {

@@ -71,8 +71,10 @@ void IndexTableGatherer::keep(KLV::Packet& packet, Span const& span) {
     cache->cache(std::move(segment));
 }
 
-IndexTableCompleteCache::TablePtr IndexTableGatherer::table(std::uint32_t bodySID) {
+IndexTableCompleteCache::TablePtr IndexTableGatherer::table(std::uint32_t bodySID, std::uint32_t indexSID) {
     readAll();
+    if (auto const named = caches_.find({indexSID, bodySID}); named != caches_.end())
+        return named->second->table();
     for (auto const& [sids, cache] : caches_)
         if (sids.second == bodySID)
             return cache->table();

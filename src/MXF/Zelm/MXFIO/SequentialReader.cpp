@@ -24,6 +24,9 @@ namespace {
 /// A pack or set with more bytes is passed over.
 constexpr std::uint64_t largestSet = std::uint64_t{64} << 20;
 
+/// A clip whose edit units have more bytes is given as one without.
+constexpr std::uint64_t largestUnit = std::uint64_t{64} << 20;
+
 /// Part of a clip that has no edit units.
 constexpr std::uint64_t partSize = std::uint64_t{1} << 20;
 
@@ -301,6 +304,8 @@ void SequentialReader::State::beginClip(PacketHead const& head) {
     if (auto const* const known = track(key))
         begun.grid =
             SampleGrid(known->samples, options.editRate.isKnown() ? options.editRate : known->editRate);
+    if (begun.grid.isKnown() && begun.grid.offset(1) > std::max(largestUnit, options.largestElement))
+        begun.grid = {};
     if (options.isSelected(key))
         clip = begun;
     passOver(head);

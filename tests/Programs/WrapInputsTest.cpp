@@ -1,0 +1,208 @@
+// zelm wrap: files that hold streams, and packets of VBI and ancillary data. tests/peers/compare-inputs holds
+// such files of other programs against what they decode to.
+#include "DataIO/Cuts.h"
+#include "support/Files.h"
+#include "support/MPEGStream.h"
+#include "support/Program.h"
+#include "support/WaveBytes.h"
+
+#include "MXF/Zelm/Essence/AES3/S302M/PacketWriter.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace MXF::Zelm::Test {
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::size_t samplesOfFrame = 1920;
+
+class Inputs {
+public:
+    std::string add(std::string const& name, Bytes const& bytes) const {
+        writeFile(folder_.file(name), bytes);
+        return folder_.file(name);
+    }
+
+    std::string file(std::string const& name) const { return folder_.file(name); }
+
+    ProgramRun wrap(std::vector<std::string> options) const {
+        options.insert(options.begin(), "wrap");
+        options.insert(options.end(), {"-o", folder_.file("out.mxf"), "--force"});
+        return runZelm(options);
+    }
+
+    /// The report on the file.
+    Json report(std::vector<std::string> options) const {
+        options.insert(options.end(), {"--json", "--md5", "--verify"});
+        auto const done = wrap(options);
+        EXPECT_EQ(done.status, 0) << done.errors;
+        return done.status == 0 ? Json::parse(done.output)["files"][0] : Json::object();
+    }
+
+    /// The sum of a track, as it is when its bytes come from a file of their own.
+    std::string md5(std::string const& name, Bytes const& bytes) const {
+        return report({add(name, bytes)})["tracks"][0]["md5"];
+    }
+
+private:
+    TemporaryFolder folder_;
+};
+
+Bytes samples(std::size_t count) {
+    Bytes bytes(count);
+    for (std::size_t i = 0; i < count; ++i)
+        bytes[i] = static_cast<unsigned char>(i * 7 + i / 251);
+    return bytes;
+}
+
+Bytes wave(Bytes const& data) { return riff("RIFF", waveFormat(2, 48000, 16) + chunk("data", data)); }
+
+Bytes video() { return concatenated(mpegUnits({"SCI0", "P3", "B1", "B2", "SCI0", "P3", "B1", "B2"})); }
+
+/// A packet of an elementary stream, without times.
+Bytes pes(unsigned char streamId, Bytes const& payload) {
+    return hex("00 00 01") + Bytes{streamId} + number(static_cast<std::uint16_t>(payload.size() + 3)) +
+           hex("80 00 00") + payload;
+}
+
+TEST(WrapInputs, TakesStreamsOutOfPackets) {
+    Inputs const inputs;
+    auto const file = inputs.add("clip.pes", pes(0xE0, slice(video(), 0, 100)) + pes(0xC0, repeated(50, 1)) +
+                                                 pes(0xE0, slice(video(), 100, video().size() - 100)));
+    auto const report = inputs.report({file});
+    ASSERT_EQ(report["tracks"].size(), 1u);
+    EXPECT_EQ(report["tracks"][0]["md5"], inputs.md5("clip.m2v", video()));
+    ASSERT_EQ(report["notes"].size(), 1u);
+    EXPECT_NE(report["notes"][0].get<std::string>().find("stream 0xC0 (MPEG audio)"), std::string::npos);
+}
+
+Bytes longs(std::initializer_list<std::uint32_t> values) {
+    Bytes bytes;
+    for (auto const value : values)
+        bytes = bytes + little(value);
+    return bytes;
+}
+
+/// A stream that begins `start` instants (of pictures: frames) late.
+Bytes streamList(std::string_view type, Bytes const& format, std::uint32_t rate, std::uint32_t start) {
+    return chunk("LIST",
+                 ascii("strl") +
+                     chunk("strh", ascii(type) + longs({0, 0, 0, 0, 1, rate, start, 0, 0, 0, 4, 0, 0})) +
+                     chunk("strf", format));
+}
+
+Bytes avi(Bytes const& streams, Bytes const& chunks) {
+    auto const content = chunk("LIST", ascii("hdrl") + chunk("avih", Bytes(56)) + streams) +
+                         chunk("LIST", ascii("movi") + chunks);
+    return chunk("RIFF", ascii("AVI ") + content);
+}
+
+TEST(WrapInputs, MovesSoundByTheTimesOfItsFile) {
+    auto const format = slice(waveFormat(2, 48000, 16), 8, 16);
+    auto const data = samples(4 * samplesOfFrame);
+    Inputs const inputs;
+    auto const file = inputs.add(
+        "sound.avi", avi(streamList("auds", format, 48000, 0) + streamList("auds", format, 48000, 960),
+                         chunk("00wb", data) + chunk("01wb", data)));
+    auto const tracks = inputs.report({file})["tracks"];
+    ASSERT_EQ(tracks.size(), 2u);
+    EXPECT_EQ(tracks[0]["md5"], inputs.md5("plain.wav", wave(data)));
+    EXPECT_EQ(tracks[1]["md5"], inputs.md5("late.wav", wave(Bytes(4 * 960) + slice(data, 0, 4 * 960))));
+}
+
+TEST(WrapInputs, RefusesByName) {
+    Inputs const inputs;
+    auto const noPackets = inputs.wrap({inputs.add("clip.302m", hex("0001 0000 00")), "--as", "302m"});
+    EXPECT_EQ(noPackets.status, 2);
+    EXPECT_NE(noPackets.errors.find("clip.302m: A AES packet"), std::string::npos) << noPackets.errors;
+    auto const tooFast = slice(waveFormat(0x4000, 0x7FFFFFFF, 16), 8, 16);
+    auto const huge = inputs.wrap(
+        {inputs.add("huge.avi", avi(streamList("auds", tooFast, 25, 0), chunk("00wb", Bytes(0x8000))))});
+    EXPECT_EQ(huge.status, 2);
+    EXPECT_NE(huge.errors.find("edit units of more than"), std::string::npos) << huge.errors;
+    auto const bitmap = longs({40, 720, 576}) + hex("01 00 18 00") + ascii("MJPG") + Bytes(20);
+    auto const done = inputs.wrap(
+        {inputs.add("clip.avi", avi(streamList("vids", bitmap, 25, 0), chunk("00dc", repeated(40, 1))))});
+    EXPECT_EQ(done.status, 2);
+    EXPECT_NE(done.errors.find("motion JPEG"), std::string::npos) << done.errors;
+}
+
+TEST(WrapInputs, TakesPacketsOfSMPTE302MThatAreCutOff) {
+    using namespace Essence::AES3;
+    S302M::PacketWriter writer({2, 16, {48000, 1}}, {25, 1});
+    auto const data = samples(4 * 4 * samplesOfFrame);
+    Bytes packets;
+    for (std::size_t frame = 0; frame < 4; ++frame) {
+        auto const pcm = slice(data, frame * 4 * samplesOfFrame, 4 * samplesOfFrame);
+        auto const packet = writer.packet(DataIO::Slice::copyOf(pcm.data(), pcm.size()));
+        packets.insert(packets.end(), packet.begin(), packet.end());
+    }
+    packets.resize(packets.size() - 10);
+    Inputs const inputs;
+    auto const report = inputs.report({inputs.add("sound.302m", packets), "--aes3"});
+    EXPECT_EQ(report["tracks"][0]["md5"], inputs.md5("whole.wav", wave(slice(data, 0, 12 * samplesOfFrame))));
+    ASSERT_EQ(report["notes"].size(), 1u);
+    EXPECT_NE(report["notes"][0].get<std::string>().find("ends early"), std::string::npos);
+}
+
+/// What a file holds, as it can be wrapped again; without the offsets in the file.
+Json dumped(std::string const& file) {
+    auto dump = Json::parse(runZelm({"ancillary", "--dump", "--json", file}).output);
+    for (auto& packet : dump["packets"])
+        packet.erase("offset");
+    dump.erase("file");
+    return dump;
+}
+
+/// Packets of all kinds, right and wrong ones.
+constexpr const char* packets = R"({"packets": [
+    {"edit_unit": 0, "line": 9, "did": 97, "sdid": 1, "data": "AABBCC"},
+    {"edit_unit": 0, "line": 11, "coding": 7, "wrapping": 2, "did": 96, "sdid": 96, "data": "AABBCC"},
+    {"edit_unit": 2, "line": 12, "coding": 7, "field_mark": true, "did": 65, "sdid": 5, "data": "00", "checksum": 5},
+    {"edit_unit": 2, "line": 13, "coding": 8, "did": 65, "sdid": 5, "data_count": 2, "data": "3FF0AA", "checksum": null},
+    {"edit_unit": 3, "line": 13, "did": 65, "sdid": 5, "data": "", "samples": 5, "payload": "6101030405060708"},
+    {"edit_unit": 4, "kind": "VBI", "line": 21, "wrapping": 2, "samples": 6, "data": "0102030405060000"}]})";
+
+TEST(WrapInputs, TakesPacketsAsTheyAreDumped) {
+    Inputs const inputs;
+    ASSERT_EQ(inputs.wrap({inputs.add("made.json", ascii(packets))}).status, 0);
+    auto const first = dumped(inputs.file("out.mxf"));
+    ASSERT_EQ(first["packets"].size(), 6u);
+    EXPECT_EQ(first["packets"][0]["data"], "AABBCC");
+    EXPECT_TRUE(first["packets"][0]["payload"].is_null()) << "the other members tell all";
+    EXPECT_EQ(first["packets"][2]["checksum"], 5);
+    EXPECT_EQ(first["packets"][4]["payload"], "6101030405060708");
+    ASSERT_EQ(inputs.wrap({inputs.add("again.json", ascii(first.dump()))}).status, 0);
+    EXPECT_EQ(dumped(inputs.file("out.mxf")), first);
+
+    auto const report = inputs.report({inputs.add("clip.m2v", video()), inputs.file("made.json")});
+    ASSERT_EQ(report["tracks"].size(), 3u);
+    EXPECT_EQ(report["tracks"][2]["edit_units"], 8) << "frames without packets up to the end of the pictures";
+    EXPECT_EQ(report["notes"], Json::array());
+}
+
+TEST(WrapInputs, RefusesPacketsThatCannotBe) {
+    Inputs const inputs;
+    for (auto const& [row, text] : {std::pair(R"("edit_unit": -1)", "edit_unit"),
+                                    {R"("edit_unit": 99999999999)", "edit_unit"},
+                                    {R"("edit_unit": 0, "did": 256)", "did"},
+                                    {R"("edit_unit": 0, "coding": 2)", "coding"},
+                                    {R"("edit_unit": 0, "checksum": 1024)", "checksum"},
+                                    {R"("edit_unit": 0, "data": "0G")", "hexadecimal"},
+                                    {R"("edit_unit": 0, "kind": "HANC")", "kind"},
+                                    {R"("edit_unit": 0, [)", "no JSON"}}) {
+        Json packet = {{"did", 65}, {"sdid", 5}, {"data", "00"}};
+        auto const base = packet.dump();
+        auto const done = inputs.wrap({inputs.add(
+            "bad.json", ascii(R"({"packets": [)" + base.substr(0, base.size() - 1) + ", " + row + "}]}"))});
+        EXPECT_EQ(done.status, 2) << row;
+        EXPECT_NE(done.errors.find(text), std::string::npos) << done.errors;
+    }
+}
+
+} // namespace
+
+} // namespace MXF::Zelm::Test

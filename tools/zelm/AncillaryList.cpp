@@ -1,0 +1,237 @@
+#include "AncillaryList.h"
+
+#include "AncillaryStored.h"
+#include "Json.h"
+#include "LayoutOptions.h"
+
+#include <MXF/Zelm/ByteCoders/Hexadecimal.h>
+#include <MXF/Zelm/GenericContainer/S436M/ANCPacket.h>
+
+#include <algorithm>
+
+namespace Zelm {
+
+using namespace MXF::Zelm;
+using namespace Essence::Ancillary;
+using namespace GenericContainer::S436M;
+
+namespace {
+
+/// A day of 120 frames a second: what is further away is no edit unit.
+constexpr std::uint64_t mostFrames = std::uint64_t{24} * 60 * 60 * 120;
+
+constexpr std::uint64_t mostByte = 0xFF, mostWord = 0x3FF, mostCount = 0xFFFF;
+
+/// One of the objects that the text holds.
+class Row {
+public:
+    explicit Row(Json const& json) : json_(json) {}
+
+    Json const* find(const char* member) const {
+        auto const found = json_.find(member);
+        return found != json_.end() && !found->is_null() ? &*found : nullptr;
+    }
+
+    /// Whether the member is there, though it may be null.
+    bool has(const char* member) const { return json_.contains(member); }
+
+    std::uint64_t number(const char* member, std::uint64_t most) const {
+        auto const* const value = find(member);
+        if (value == nullptr || !value->is_number_unsigned() || value->get<std::uint64_t>() > most)
+            throw BadAncillaryText("\"" + std::string(member) + "\" is no number up to " +
+                                   std::to_string(most));
+        return value->get<std::uint64_t>();
+    }
+
+    std::uint64_t numberOr(const char* member, std::uint64_t most, std::uint64_t other) const {
+        return find(member) != nullptr ? number(member, most) : other;
+    }
+
+    std::string text(const char* member) const {
+        auto const* const value = find(member);
+        if (value == nullptr || !value->is_string())
+            throw BadAncillaryText("\"" + std::string(member) + "\" is no text");
+        return value->get<std::string>();
+    }
+
+    bool isTrue(const char* member) const {
+        auto const* const value = find(member);
+        return value != nullptr && value->is_boolean() && value->get<bool>();
+    }
+
+private:
+    Json const& json_;
+};
+
+/// Values of so many hexadecimal digits each.
+std::vector<Word> valuesOf(Row const& row, const char* member, std::size_t digits) {
+    auto const text = row.text(member);
+    if (text.size() % digits != 0)
+        throw BadAncillaryText("\"" + std::string(member) + "\" does not hold whole values");
+    std::vector<Word> values;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        int const digit = ByteCoders::hexadecimalDigit(static_cast<unsigned char>(text[at]));
+        if (digit < 0)
+            throw BadAncillaryText("\"" + std::string(member) + "\" is not hexadecimal");
+        if (at % digits == 0)
+            values.push_back(0);
+        values.back() = static_cast<Word>((values.back() << 4 | digit) & mostWord);
+    }
+    return values;
+}
+
+std::vector<unsigned char> bytesOf(Row const& row, const char* member) {
+    auto const values = valuesOf(row, member, 2);
+    return {values.begin(), values.end()};
+}
+
+/// User data of 8 bits in two digits; of 10 bits in three, which the data count tells.
+Packet packetOf(Row const& row) {
+    auto const did = static_cast<unsigned char>(row.number("did", mostByte));
+    auto const sdid = static_cast<unsigned char>(row.number("sdid", mostByte));
+    auto const digits = row.text("data").size();
+    auto const count = row.numberOr("data_count", mostByte, digits / 2);
+    if (digits / 2 > Packet::mostUserData && digits != count * 3)
+        throw BadAncillaryText("\"data\" has more than 255 words");
+    if (digits == count * 2)
+        return Packet::ofBytes(did, sdid, bytesOf(row, "data"));
+    auto const words = valuesOf(row, "data", 3);
+    return {did, sdid, {words.begin(), words.end()}};
+}
+
+StoredPacket ancOf(Row const& row, SampleCoding coding) {
+    if (!isKnown(coding, ElementKind::ANC))
+        throw BadAncillaryText("\"coding\" is none of ancillary data");
+    auto const packet = packetOf(row);
+    if (!row.has("checksum"))
+        return storeANC(packet, 0, {}, coding);
+    std::optional<Word> checksum;
+    if (row.find("checksum") != nullptr)
+        checksum = static_cast<Word>(row.number("checksum", mostWord));
+    return storeWithChecksum(packet, coding, checksum);
+}
+
+/// A payload as it was found.
+StoredPacket asFound(Row const& row, const char* member) {
+    StoredPacket stored;
+    stored.payload = DataIO::Slice::adopt(bytesOf(row, member));
+    stored.sampleCount = static_cast<std::uint16_t>(row.number("samples", mostCount));
+    return stored;
+}
+
+StoredPacket storedOf(Row const& row, AncillaryList::Kind kind) {
+    auto const coding = static_cast<SampleCoding>(
+        row.numberOr("coding", mostByte, static_cast<unsigned>(SampleCoding::Luma8)));
+    auto stored = kind == ElementKind::VBI         ? asFound(row, "data")
+                  : row.find("payload") != nullptr ? asFound(row, "payload")
+                                                   : ancOf(row, coding);
+    stored.coding = coding;
+    stored.wrapping = static_cast<WrappingType>(
+        row.numberOr("wrapping", mostByte, static_cast<unsigned>(WrappingType::ProgressiveFrame)));
+    stored.lineNumber = static_cast<std::uint16_t>(row.numberOr("line", mostCount, 0));
+    if (row.isTrue("field_mark"))
+        stored.lineNumber |= StoredPacket::field2Mark;
+    return stored;
+}
+
+class Parser {
+public:
+    AncillaryList parse(std::string_view text) {
+        try {
+            auto const rest = Json::parse(text.begin(), text.end(), [this](int, auto event, Json& value) {
+                return event != Json::parse_event_t::object_end || !take(value);
+            });
+            takeTracks(rest);
+        } catch (Json::exception const&) {
+            throw BadAncillaryText("is no JSON" +
+                                   (rows_ != 0 ? " behind packet " + std::to_string(rows_) : ""));
+        }
+        return std::move(list_);
+    }
+
+private:
+    /// Takes an object that is a packet, so that the text is never held as a whole; false for another one.
+    bool take(Json const& value) {
+        if (!value.is_object() || !value.contains("edit_unit"))
+            return false;
+        ++rows_;
+        try {
+            takePacket(Row(value));
+        } catch (std::runtime_error const& failure) {
+            throw BadAncillaryText("packet " + std::to_string(rows_) + ": " + failure.what());
+        }
+        return true;
+    }
+
+    void takePacket(Row const& row) {
+        auto const kind = kindOf(row);
+        auto* const track = trackOf(kind, row);
+        if (track == nullptr || !row.has("data")) {
+            ++list_.leftOut;
+            return;
+        }
+        track->frames->add(row.number("edit_unit", mostFrames), storedOf(row, kind));
+    }
+
+    static AncillaryList::Kind kindOf(Row const& row) {
+        auto const text = row.find("kind") != nullptr ? row.text("kind") : "ANC";
+        if (text != "ANC" && text != "VBI")
+            throw BadAncillaryText("\"kind\" is neither ANC nor VBI");
+        return text == "ANC" ? ElementKind::ANC : ElementKind::VBI;
+    }
+
+    /// The first one of its kind; null for others.
+    AncillaryList::Track* trackOf(AncillaryList::Kind kind, Row const& row) {
+        std::string name;
+        for (auto const* const member : {"body_sid", "track_id"})
+            if (auto const* const value = row.find(member))
+                name += dump(*value) + " ";
+        auto const [found, isNew] = list_.tracks.try_emplace(kind);
+        if (isNew)
+            found->second.name = name;
+        return found->second.name == name ? &found->second : nullptr;
+    }
+
+    /// What is told of the tracks as a whole.
+    void takeTracks(Json const& rest) {
+        if (!rest.is_object() || !rest.contains("tracks") || !rest["tracks"].is_array())
+            return;
+        for (auto const& value : rest["tracks"]) {
+            if (!value.is_object())
+                continue;
+            Row const row(value);
+            auto* const track = trackOf(kindOf(row), row);
+            if (track == nullptr)
+                continue;
+            track->frames->reach(row.numberOr("edit_units", mostFrames, 0));
+            if (row.find("edit_rate") != nullptr)
+                track->editRate = parseRate(row.text("edit_rate"));
+        }
+    }
+
+    AncillaryList list_;
+    std::uint64_t rows_ = 0;
+};
+
+} // namespace
+
+bool AncillaryFrames::nextFrame(Templates::vector<StoredPacket>& packets) {
+    if (next_ >= frames_ && !isEndless_)
+        return false;
+    if (auto const found = packets_.find(next_++); found != packets_.end()) {
+        packets = std::move(found->second);
+        packets_.erase(found);
+    }
+    return true;
+}
+
+void AncillaryFrames::add(std::uint64_t frame, StoredPacket packet) {
+    packets_[frame].push_back(std::move(packet));
+    reach(frame + 1);
+}
+
+void AncillaryFrames::reach(std::uint64_t frames) { frames_ = std::max(frames_, frames); }
+
+AncillaryList readAncillary(std::string_view text) { return Parser().parse(text); }
+
+} // namespace Zelm

@@ -1,0 +1,193 @@
+// The streams of program and transport streams (ISO/IEC 13818-1), as inputs of `zelm wrap`.
+#include "WrapStreams.h"
+
+#include <MXF/Zelm/ByteCoders/Hexadecimal.h>
+#include <MXF/Zelm/DataIO/BoundedSliceSource.h>
+#include <MXF/Zelm/Essence/MPEG/Demultiplexer.h>
+
+#include <algorithm>
+
+namespace Zelm {
+
+using namespace MXF::Zelm;
+using namespace Essence::MPEG;
+
+namespace {
+
+using OpenedMultiplex = std::unique_ptr<Demultiplexer>;
+
+constexpr unsigned char startCodePrefix[] = {0, 0, 1};
+constexpr unsigned char sequenceHeaderCode = 0xB3, packHeaderCode = 0xBA;
+
+const char* textOf(Coding coding) {
+    static constexpr const char* texts[] = {
+        "unknown coding", "MPEG-1 video", "MPEG-2 video", "MPEG-4 video", "AVC",       "HEVC",
+        "JPEG 2000",      "MPEG audio",   "AAC",          "AC-3",         "SMPTE 302M"};
+    return texts[static_cast<std::size_t>(coding)];
+}
+
+bool isMpegVideo(StreamInfo const& info) {
+    return info.coding == Coding::MPEG1Video || info.coding == Coding::MPEG2Video;
+}
+
+bool hasSequenceHeader(DataIO::Slice const& bytes) {
+    constexpr unsigned char code[] = {0, 0, 1, sequenceHeaderCode};
+    return std::search(bytes.begin(), bytes.end(), std::begin(code), std::end(code)) != bytes.end();
+}
+
+/// A file with several streams. Each is read by a demultiplexer of its own, so that none waits for another.
+class Multiplex {
+public:
+    using Open = std::function<OpenedMultiplex(InputHead::Source)>;
+
+    Multiplex(InputHead const& head, TrackMaking const& making, Open open)
+        : head_(head), making_(making), open_(std::move(open)), infos_(demultiplexer()->streams()) {}
+
+    std::vector<InputHead> streams() const {
+        std::vector<InputHead> found;
+        auto const begin = beginning();
+        for (std::size_t i = 0; i < infos_.size(); ++i)
+            if (infos_[i].isVideo())
+                found.push_back(video(i));
+            else if (infos_[i].coding == Coding::S302M)
+                found.push_back(sound(i, begin));
+            else
+                note(i, ": cannot be wrapped and is left out");
+        if (found.empty())
+            throw CannotWrap(head_.name + ": has no stream that can be wrapped");
+        return found;
+    }
+
+private:
+    OpenedMultiplex demultiplexer() const { return open_(head_.open(making_.blocks)); }
+
+    /// "clip.ts, stream 0x101 (AC-3)"
+    std::string nameOf(std::size_t stream) const {
+        auto const& info = infos_[stream];
+        return head_.name + ", stream 0x" + ByteCoders::toHexadecimal(info.id) + " (" + textOf(info.coding) +
+               ")";
+    }
+
+    void note(std::size_t stream, const char* what) const { making_.notes->insert(nameOf(stream) + what); }
+
+    InputHead::Opening opening(std::size_t stream) const {
+        return [head = head_, open = open_, stream](InputHead::Blocks const& blocks) {
+            return open(head.open(blocks))->take(stream);
+        };
+    }
+
+    /// What begins amid a group of pictures may have no sequence header among its first bytes.
+    InputHead video(std::size_t stream) const {
+        InputHead head(nameOf(stream), opening(stream));
+        if (isMpegVideo(infos_[stream]) && !hasSequenceHeader(head.bytes))
+            head.as = "mpeg2";
+        return head;
+    }
+
+    InputHead sound(std::size_t stream, std::optional<double> begin) const {
+        constexpr std::uint32_t samplingRate = 48000;
+        auto const own = beginningOf(stream);
+        std::optional<std::int64_t> shift = 0;
+        if (begin && own)
+            shift = instantsBetween(0, secondsBetween(*begin, *own), samplingRate);
+        if (!shift)
+            note(stream, ": its times have nothing to do with those of the pictures, and are not kept");
+        return s302mInput(nameOf(stream), opening(stream), shift.value_or(0), making_);
+    }
+
+    /// When the first pictures, else the earliest sound begins, in seconds of the file's clock.
+    std::optional<double> beginning() const {
+        std::optional<double> earliest;
+        for (std::size_t i = 0; i < infos_.size(); ++i) {
+            if (infos_[i].isVideo())
+                return beginningOf(i);
+            auto const own = infos_[i].coding == Coding::S302M ? beginningOf(i) : std::nullopt;
+            if (own && (!earliest || secondsBetween(*earliest, *own) < 0))
+                earliest = own;
+        }
+        return earliest;
+    }
+
+    /// The earliest time among the first packets: pictures are shown in another order than they are sent.
+    /// MPEG-2 video before its first sequence header is not wrapped.
+    std::optional<double> beginningOf(std::size_t stream) const {
+        constexpr std::uint64_t searched = std::uint64_t{8} << 20;
+        constexpr unsigned enough = 8;
+        auto const packets =
+            open_(std::make_shared<DataIO::BoundedSliceSource>(head_.open(making_.blocks), searched))
+                ->take(stream);
+        std::optional<double> earliest;
+        bool hasBegun = !isMpegVideo(infos_[stream]);
+        unsigned times = 0;
+        for (PESPacket packet; times < enough && packets->nextPacket(packet);) {
+            hasBegun = hasBegun || hasSequenceHeader(packet.payload.contiguous());
+            if (!hasBegun || !packet.timestamps.presentation)
+                continue;
+            ++times;
+            auto const time = static_cast<double>(*packet.timestamps.presentation) / ticksPerSecond;
+            if (!earliest || secondsBetween(*earliest, time) < 0)
+                earliest = time;
+        }
+        return earliest;
+    }
+
+    /// On a clock that starts anew.
+    static double secondsBetween(double from, double to) {
+        constexpr double day = 8589934592.0 / ticksPerSecond; // 2^33 ticks
+        double const between = to - from;
+        return between > day / 2 ? between - day : between < -day / 2 ? between + day : between;
+    }
+
+    static constexpr double ticksPerSecond = 90000;
+
+    InputHead const& head_;
+    TrackMaking const& making_;
+    Open open_;
+    std::vector<StreamInfo> infos_;
+};
+
+} // namespace
+
+/// A packet of a stream opens a file of packets alone, with a stream_id that no start code of video has.
+bool isProgramStream(InputHead const& head, TrackMaking const&) {
+    auto const* const bytes = head.bytes.data();
+    constexpr unsigned char firstSound = 0xC0, lastVideo = 0xEF;
+    if (head.bytes.size() < 4 || !std::equal(std::begin(startCodePrefix), std::end(startCodePrefix), bytes))
+        return false;
+    return bytes[3] == packHeaderCode || bytes[3] == PrivateStream1 ||
+           (bytes[3] >= firstSound && bytes[3] <= lastVideo);
+}
+
+std::vector<InputHead> programStreams(InputHead const& head, TrackMaking& making) {
+    return Multiplex(head, making,
+                     [](InputHead::Source source) {
+                         return std::make_unique<ProgramStreamDemultiplexer>(std::move(source));
+                     })
+        .streams();
+}
+
+/// Sync bytes stand at the same distance; a recording may begin amid a packet.
+bool isTransportStream(InputHead const& head, TrackMaking const&) {
+    constexpr unsigned char syncByte = 0x47;
+    constexpr std::size_t packets = 5;
+    for (std::size_t const distance : {188u, 192u, 204u})
+        for (std::size_t first = 0; first < distance; ++first) {
+            std::size_t count = 0;
+            while (count < packets && first + count * distance < head.bytes.size() &&
+                   head.bytes.data()[first + count * distance] == syncByte)
+                ++count;
+            if (count == packets)
+                return true;
+        }
+    return false;
+}
+
+std::vector<InputHead> transportStreams(InputHead const& head, TrackMaking& making) {
+    return Multiplex(head, making,
+                     [program = making.options.program](InputHead::Source source) {
+                         return std::make_unique<TransportStreamDemultiplexer>(std::move(source), program);
+                     })
+        .streams();
+}
+
+} // namespace Zelm
