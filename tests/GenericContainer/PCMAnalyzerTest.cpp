@@ -48,6 +48,19 @@ Bytes allOf(PCMAnalyzer& analyzer) {
 
 } // namespace
 
+TEST(PCMAnalyzer, TellsItsGridBeforeItIsLookedAt) {
+    struct {
+        Templates::Rational<int> rate;
+        bool isConstant;
+        unsigned grid;
+    } const cases[] = {{ntsc, true, 512}, {ntsc, false, 1}, {{25, 1}, true, 1}, {{}, true, 512}};
+    for (auto const& [rate, isConstant, grid] : cases) {
+        PCMAnalyzer const analyzer(sourceOf(noise(12)), {1, 48000, 3, 24, 0},
+                                   {.editRate = rate, .hasConstantSize = isConstant});
+        EXPECT_EQ(analyzer.requiredKAGSize(), grid);
+    }
+}
+
 TEST(PCMAnalyzer, GivesTheSamplesOfEachFrame) {
     auto const bytes = noise(6 * 8008 + 6 * 100);
     PCMAnalyzer analyzer(sourceOf(bytes), {2, 48000, 3, 24, 0}, {.sampleCount = 8108});

@@ -75,6 +75,10 @@ std::vector<Case> cases() {
          6,
          false},
         {"no essence", {.containers = {{.packages = 0}}, .streams = {stream(5, false)}}, 1},
+        {"metadata and index in the body",
+         {.containers = {{.kag = 512}},
+          .settings = {.index = Index::Body, .partitions = every6, .metadataInBody = true}},
+         4},
         {"reserve of odd size, metadata in the footer",
          {.containers = {{.kag = 512}}, .settings = {.metadataReserve = 1001, .metadataInFooter = true}},
          1},
@@ -101,7 +105,10 @@ void expectPartitions(OpenFile& file, Case const& expected) {
         previous = offset;
         EXPECT_EQ(index.at(offset), pack.bodySID());
         bool const isLast = partition == partitions.back();
-        bool const isOpen = !expected.canUpdate && !isLast && !partition->isGenericStream();
+        bool const isRepeated =
+            expected.file.settings.metadataInBody && partition != partitions.front() && pack.bodySID() != 0;
+        bool const isOpen = (!expected.canUpdate && !isLast && !partition->isGenericStream()) || isRepeated;
+        EXPECT_TRUE(!isRepeated || partition->metadata()) << offset;
         EXPECT_EQ(pack.isOpen(), isOpen);
         EXPECT_EQ(pack.footerPartition(), expected.canUpdate || isLast ? footer.thisPartition() : 0);
         for (std::uint64_t const area :

@@ -106,6 +106,9 @@ TEST(Wrap, WritesEachPatternAndIndexPlaceSoThatItReadsBack) {
          4},
         {{"clip.m2v", ",", "clip.m2v"}, {"--pattern", "op1c"}, 2},
         {{"clip.wav"}, {"--clip"}, 1},
+        {{"clip.m2v"}, {"--clip"}, 1},
+        {both, {"--clip", "--pattern", "op1b"}, 2},
+        {both, {"--repeat-header", "--partition-every", "4"}, 2},
         {{"clip.wav"}, {"--index", "header"}, 1},
         {{"clip.m2v"}, {"--pcm", "16,1,48000", "--reserve", "100"}, 1},
     };
@@ -113,7 +116,51 @@ TEST(Wrap, WritesEachPatternAndIndexPlaceSoThatItReadsBack) {
         auto const report = folder.report(inputs, options);
         EXPECT_EQ(report["tracks"].size(), tracks) << options[1];
         EXPECT_EQ(report["verified"], true) << options[1];
+        auto const index = runZelm({"index", folder.file("out.mxf")});
+        EXPECT_EQ(index.status, 0) << index.output << index.errors;
+        auto const packs = Json::parse(runZelm({"partitions", "--json", folder.file("out.mxf")}).output);
+        EXPECT_EQ(packs["partitions"][0]["status"], "closed complete") << packs;
     }
+}
+
+TEST(Wrap, TakesDataAndLongWaveFiles) {
+    Wrapped const folder;
+    auto const samples = repeated(2 * samplesOfFrame * 2, 0x11);
+    auto const sizes = little(std::uint64_t{samples.size() + 72}) + little(std::uint64_t{samples.size()}) +
+                       little(std::uint64_t{0}) + little(std::uint32_t{0});
+    writeFile(folder.file("long.wav"), riff("RF64", chunk("ds64", sizes) + waveFormat(1, 48000, 16) +
+                                                        ascii("data") + hex("FF FF FF FF") + samples));
+    auto const sound = folder.report({"long.wav"}, {"--md5"});
+    EXPECT_EQ(sound["tracks"][0]["bytes"], samples.size());
+    for (auto const* const name : {"1.bin", "2.bin", "3.bin"})
+        writeFile(folder.file(name), ascii(name));
+    auto const data = folder.report({"1.bin", "2.bin", "3.bin"}, {"--as", "data", "--rate", "50"});
+    ASSERT_EQ(data["tracks"].size(), 1u);
+    EXPECT_EQ(data["tracks"][0]["edit_units"], 3);
+    EXPECT_EQ(data["tracks"][0]["bytes"], 15);
+}
+
+TEST(Wrap, WritesAFileForEachTrackOfAS02) {
+    Wrapped const folder;
+    auto const done = folder.run({"clip.m2v", "clip.wav"}, {"--preset", "as02", "--verify"});
+    EXPECT_EQ(done.status, 0) << done.errors;
+    EXPECT_EQ(folder.outputs(), (Names{"out_a1.mxf", "out_a2.mxf", "out_v1.mxf"}));
+    for (auto const& name : folder.outputs()) {
+        auto const info = Json::parse(runZelm({"info", "--json", folder.file(name)}).output)["files"][0];
+        EXPECT_EQ(info["partitions"]["count"], 4) << "header, body, index, footer of " << name;
+    }
+}
+
+TEST(Wrap, TellsOfGroupsThatThePresetDoesNotAllow) {
+    Wrapped const folder;
+    std::vector<std::string> texts{"SCI0"};
+    for (unsigned i = 1; i < 16; ++i)
+        texts.push_back("P" + std::to_string(i));
+    writeFile(folder.file("long.m2v"), concatenated(mpegUnits({texts.begin(), texts.end()})));
+    auto const done = folder.run({"long.m2v"}, {"--preset", "rdd9"});
+    EXPECT_EQ(done.status, 1);
+    EXPECT_NE(done.errors.find("groups of at most 15 pictures, the longest here has 16"), std::string::npos)
+        << done.errors;
 }
 
 TEST(Wrap, PassesTracksOfOtherFilesOn) {
@@ -145,7 +192,11 @@ TEST(Wrap, WritesAFileForEachTrackOfOPAtom) {
 TEST(Wrap, RefusesAndLeavesNothingBehind) {
     Wrapped const folder;
     writeFile(folder.file("text.txt"), ascii("no essence at all"));
-    writeFile(folder.file("slow.m2v"), video());
+    writeFile(folder.file("intra.m2v"), concatenated(mpegUnits({"SCI0", "SCI0", "SCI0"})));
+    auto simple = video();
+    simple[16] = 0x15; // simple profile at main level
+    writeFile(folder.file("simple.m2v"), simple);
+    writeFile(folder.file("slow.wav"), riff("RIFF", waveFormat(1, 32000, 16) + chunk("data", Bytes(6400))));
     struct {
         std::vector<std::string> inputs, options;
         const char* text;
@@ -164,6 +215,12 @@ TEST(Wrap, RefusesAndLeavesNothingBehind) {
         {{"clip.m2v"}, {"--preset", "rdd9", "--kag", "1"}, "an alignment of 512"},
         {{"clip.m2v", "clip.m2v"}, {"--preset", "rdd9"}, "one picture track"},
         {{"clip.m2v"}, {"--preset", "d10"}, "D-10 pictures"},
+        {{"intra.m2v"}, {"--preset", "rdd9"}, "asks for MPEG-2 long GOP"},
+        {{"simple.m2v"}, {"--preset", "rdd9"}, "main or 4:2:2 profile"},
+        {{"clip.m2v", "slow.wav"}, {"--preset", "rdd9"}, "sound of 16 or 24 bits at 48000 Hz"},
+        {{"clip.m2v", "clip.m2v"}, {"--preset", "as02"}, "one picture track"},
+        {{"clip.m2v"}, {"--preset", "atom", "--system-item"}, "--system-item"},
+        {{"text.txt"}, {"--as", "data", "--clip"}, "is wrapped by edit units alone"},
         {{"clip.wav"}, {"--pcm", "16"}, "--pcm"},
         {{"clip.m2v"}, {"--meta", "MaterialPackage/Nonsense=1"}, "MaterialPackage/Nonsense"},
     };

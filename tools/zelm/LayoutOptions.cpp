@@ -113,6 +113,8 @@ void LayoutOptions::declare(CLI::App& parser) {
     group->add_flag("--system-item", systemItem, "A system item with timecode in each content package");
     group->add_option("--reserve", reserve, "Bytes left free behind the header metadata, for later edits")
         ->check(CLI::Range(std::uint64_t{0}, largestReserve));
+    group->add_flag("--repeat-header", repeatHeader,
+                    "Repeat the header metadata in each body partition, as known by then");
     group
         ->add_option("--meta", metadata,
                      "Give a property of the header metadata a value, as zelm edit --set; "
@@ -128,6 +130,7 @@ void LayoutOptions::declare(CLI::App& parser) {
 
 Layout::Layout(LayoutOptions const& options)
     : systemItem_(options.systemItem),
+      repeatHeader_(options.repeatHeader),
       startTimecode_(options.startTimecode),
       drop_(options.drop),
       metadata_(options.metadata) {
@@ -153,6 +156,10 @@ Layout::Layout(LayoutOptions const& options)
     }
     if (preset_ != nullptr)
         checkAgainstPreset(options);
+    if (systemItem_ && (isOneFilePerTrack() || wrapping_ == Wrapping::Clip))
+        throw InvalidValue(
+            "--system-item: goes with content packages of all tracks, not with clips or a file "
+            "for each track");
 }
 
 void Layout::choosePreset(LayoutOptions const& options) {
@@ -246,6 +253,7 @@ OPBuilders::BuilderOptions Layout::builderOptions(EditRate const& rate) const {
     layout.index = index_;
     layout.kagSize = kagSize_;
     layout.metadataReserve = reserve_;
+    layout.metadataInBody = repeatHeader_;
     layout.essenceInHeader = preset_ != nullptr && preset_->essenceInHeader;
     bool const isBodyIndexed = index_ == Index::Body || index_ == Index::BodyAndFooter;
     if (partitions_)

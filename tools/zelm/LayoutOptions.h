@@ -18,7 +18,7 @@ struct LayoutOptions {
     void declare(CLI::App& parser);
 
     std::string pattern, preset, rate, startTimecode, partitionEvery, index;
-    bool frame = false, clip = false, drop = false, systemItem = false;
+    bool frame = false, clip = false, drop = false, systemItem = false, repeatHeader = false;
     std::optional<std::uint32_t> kagSize;
     std::optional<std::uint64_t> reserve;
     std::vector<std::string> metadata;    ///< PATH=VALUE
@@ -80,7 +80,7 @@ private:
     std::optional<EditRate> rate_;
     std::uint32_t kagSize_ = 1;
     std::uint64_t reserve_ = 8192;
-    bool systemItem_ = false;
+    bool systemItem_ = false, repeatHeader_ = false;
     std::string startTimecode_;
     bool drop_ = false;
     std::optional<MXF::Zelm::MXFIO::PartitionLimits> partitions_; ///< if they were given

@@ -2,6 +2,7 @@
 
 #include "Interruption.h"
 
+#include <MXF/Zelm/DataIO/File/FileDataSink.h>
 #include <MXF/Zelm/DataIO/File/FileFunctions.h>
 #include <MXF/Zelm/Exceptions/Exceptions.h>
 
@@ -34,9 +35,14 @@ void checkNewName(std::string const& name, NewFileOptions const& options) {
 NewMxfFile::NewMxfFile(std::string const& name, NewFileOptions options)
     : options_(std::move(options)),
       output_(name, checked(name, options_)),
-      start_(std::chrono::steady_clock::now()) {}
+      start_(std::chrono::steady_clock::now()) {
+    if (auto* const file = dynamic_cast<DataIO::File::FileDataSink*>(&output_.sink()))
+        behind_ = std::make_unique<WriteBehind>(*file);
+}
 
 NewMxfFile::~NewMxfFile() = default;
+
+DataIO::DataSink& NewMxfFile::sink() { return behind_ ? *behind_ : output_.sink(); }
 
 void NewMxfFile::run(MXFIO::Creator& creator) {
     Progress progress("writing " + name(), options_.total, true);
@@ -56,6 +62,8 @@ void NewMxfFile::write(MXFIO::Creator& creator) {
     run(creator);
     wasDiscarded_ = wasInterrupted_ && options_.discard;
     bytes_ = creator.progress().fileOffset();
+    if (behind_ && !wasDiscarded_)
+        behind_->synchronize();
     std::chrono::duration<double> const spent = std::chrono::steady_clock::now() - start_;
     seconds_ = spent.count();
     if (wasDiscarded_)
@@ -69,11 +77,13 @@ void NewMxfFile::discard() {
 }
 
 void NewMxfFile::complete() {
+    behind_.reset();
     if (!wasDiscarded_)
         output_.complete();
 }
 
 void NewMxfFile::abandon() {
+    behind_.reset();
     try {
         output_.abandon();
     } catch (Exceptions::SystemError const&) {

@@ -8,6 +8,7 @@
 
 #include "OutputFile.h"
 #include "Progress.h"
+#include "WriteBehind.h"
 
 #include <MXF/Zelm/MXFIO/Creator.h>
 
@@ -49,11 +50,12 @@ public:
     bool isStandardOutput() const { return output_.name() == OutputFile::standardOutput; }
 
     /// For the creator.
-    MXF::Zelm::DataIO::DataSink& sink() { return output_.sink(); }
+    MXF::Zelm::DataIO::DataSink& sink();
 
     /// Writes all that the creator has. After SIGINT or SIGTERM the file ends with what was written so far
     /// and is closed, or is removed if that is wanted. Exceptions of sources and sink come out; what was
-    /// written stays as the part file.
+    /// written stays as the part file. The file is on the device before it gets its name, so that not even a
+    /// power cut leaves half a file under it.
     void write(MXF::Zelm::MXFIO::Creator& creator);
 
     /// Has an interruption cut the file short?
@@ -83,6 +85,7 @@ private:
 
     NewFileOptions options_;
     OutputFile output_;
+    std::unique_ptr<WriteBehind> behind_; // null for standard output
     std::chrono::steady_clock::time_point start_;
     double seconds_ = 0;
     std::uint64_t bytes_ = 0;

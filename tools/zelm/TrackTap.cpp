@@ -42,7 +42,7 @@ void TrackTap::group(std::shared_ptr<TrackGroup> group, bool isEnder) {
 }
 
 void TrackTap::addFollower(std::shared_ptr<TrackTap> follower) {
-    follower->follows_ = true;
+    follower->lengthIsOpen();
     followers_.push_back(std::move(follower));
 }
 
@@ -85,7 +85,7 @@ UnitHashes TrackTap::hashes() { return options_.asStream ? stream_.finish() : ha
 
 /// Sound that ends with another track may end before all of it was given.
 std::optional<std::uint64_t> TrackTap::byteCount() const {
-    return follows_ ? std::nullopt : inner_->byteCount();
+    return isOpen_ ? std::nullopt : inner_->byteCount();
 }
 
 bool TrackTap::finalize() {

@@ -51,6 +51,9 @@ public:
     /// Tracks elsewhere in the file that end where this one does: they are told by its `finalize`.
     void addFollower(std::shared_ptr<TrackTap> follower);
 
+    /// The essence may go on beyond what the analyzer knows of its length.
+    void lengthIsOpen() { isOpen_ = true; }
+
     EssenceAnalyzer& analyzer() const { return *inner_; }
     bool innerDone() const { return inner_->done(); }
 
@@ -62,6 +65,9 @@ public:
 
     /// Why the essence is not whole, empty when it is; after `finalize`.
     std::string const& fault() const { return fault_; }
+
+    /// Something that is found in it then.
+    void fault(std::string const& text) { fault_ = text; }
 
     /// After the last edit unit.
     std::string md5() { return md5_.finish(); }
@@ -110,7 +116,7 @@ private:
     TapOptions options_;
     std::shared_ptr<TrackGroup> group_;
     std::vector<std::shared_ptr<TrackTap>> followers_;
-    bool follows_ = false;
+    bool isOpen_ = false; ///< its length is not known
     std::uint64_t units_ = 0, bytes_ = 0;
     bool wasCut_ = false;
     std::string fault_;

@@ -1,6 +1,7 @@
 #include "WrapFiles.h"
 
 #include "TimeText.h"
+#include "WrapPresets.h"
 #include "WrapVerify.h"
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>
@@ -246,6 +247,8 @@ private:
         result_.seconds = output.seconds();
         result_.interrupted = output.wasInterrupted();
         result_.discarded = output.wasDiscarded();
+        for (auto const* const track : result_.tracks)
+            checkGroups(task_.layout, *track);
         auto& notes = task_.plan.notes();
         result_.notes.insert(result_.notes.end(), notes.begin(), notes.end());
         notes.clear();

@@ -11,7 +11,6 @@
 #include <MXF/Zelm/DataIO/File/FileSliceSource.h>
 #include <MXF/Zelm/Essence/Wave/WaveReader.h>
 #include <MXF/Zelm/Exceptions/Exceptions.h>
-#include <MXF/Zelm/GenericContainer/Analyzers/D10Analyzer.h>
 #include <MXF/Zelm/GenericContainer/Analyzers/DataEssenceAnalyzer.h>
 #include <MXF/Zelm/GenericContainer/ElementKey.h>
 #include <MXF/Zelm/MXFIO/PassThroughAnalyzer.h>
@@ -28,40 +27,6 @@ using DataIO::File::FileSliceSource;
 using GenericContainer::Wrapping;
 
 namespace {
-
-/// Whether a start code with this value stands among the first bytes.
-bool hasStartCode(InputHead const& head, unsigned char value) {
-    const unsigned char code[] = {0, 0, 1, value};
-    auto const* const end = head.bytes.data() + head.bytes.size();
-    return std::search(head.bytes.data(), end, std::begin(code), std::end(code)) != end;
-}
-
-constexpr unsigned char sequenceHeaderCode = 0xB3, packHeaderCode = 0xBA;
-
-bool isVideo(InputHead const& head, TrackMaking const&) {
-    return hasStartCode(head, sequenceHeaderCode) && !hasStartCode(head, packHeaderCode);
-}
-
-bool isD10(InputHead const& head, TrackMaking const& making) {
-    return isVideo(head, making) && GenericContainer::D10Analyzer(head.open(making)).preload();
-}
-
-template <class Analyzer>
-void addVideo(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks,
-              const char* essence) {
-    auto const analyzer = std::make_shared<Analyzer>(head.open(making));
-    if (!analyzer->preload())
-        throw CannotWrap(head.name + ": has no picture with a known size and frame rate");
-    addTrack(tracks, 'v', head, essence, analyzer, making.sources++);
-}
-
-void addD10(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
-    addVideo<GenericContainer::D10Analyzer>(head, making, tracks, "D-10 video");
-}
-
-void addMpeg(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
-    addVideo<GenericContainer::MPEG2VideoAnalyzer>(head, making, tracks, "MPEG-2 video");
-}
 
 bool isWave(InputHead const& head, TrackMaking const&) {
     return Essence::Wave::WaveReader::isWave(head.bytes.data(), head.bytes.size());

@@ -73,12 +73,17 @@ void follow(WrapContainer const& container, WrapTrack& leader) {
     }
 }
 
+void goOnInSilence(WrapTrack& track) {
+    track.tail->extent(SilentTail::Extent::Endless);
+    track.tap->lengthIsOpen();
+}
+
 /// Sounds go on in silence until the leader of the item ends, and no further.
 void endTogether(std::vector<WrapTrack*> const& item, WrapItem const& containers) {
     auto* const leader = leaderOf(item);
     for (auto* const track : item)
         if (track->tail && track->tail != leader->tail)
-            track->tail->extent(SilentTail::Extent::Endless);
+            goOnInSilence(*track);
     for (auto* const track : item)
         if (track->openEnd && track != leader)
             track->openEnd->goOn();
@@ -188,12 +193,19 @@ void WrapPlan::openInput(InputHead const& head, TrackMaking& making, std::vector
         waiting.push_back({head, kind, tracks});
 }
 
+void WrapPlan::requireWrapping(WrapTrack const& track) const {
+    if (layout_.wrapping() == Wrapping::Clip && track.wrapping != Wrapping::Clip)
+        throw CannotWrap("--clip: " + track.input + ": " + track.essence + " is wrapped by edit units alone");
+}
+
 /// Puts the tracks where they stay, item by item.
 WrapPlan::Items WrapPlan::gather(Opened opened, WrapOptions const& options) {
     Items items(1);
     for (std::size_t i = 0; i < opened.size(); ++i) {
         if (options.inputs[i] == separator)
             items.emplace_back();
+        for (auto const& track : opened[i])
+            requireWrapping(track);
         for (auto& track : opened[i])
             items.back().push_back(&tracks_.emplace_back(std::move(track)));
     }

@@ -72,6 +72,7 @@ private:
     void openInput(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks,
                    std::vector<Waiting>& waiting, unsigned depth = 0) const;
     bool findRate(Opened const& opened);
+    void requireWrapping(WrapTrack const& track) const;
     void nameTracks(Items const& items);
     Items gather(Opened opened, WrapOptions const& options);
     void arrange(Items const& items, WrapOptions const& options);

@@ -1,7 +1,5 @@
 #include "WrapPresets.h"
 
-#include "TimeText.h"
-
 #include <MXF/Zelm/GenericContainer/Analyzers/D10Analyzer.h>
 #include <MXF/Zelm/GenericContainer/Analyzers/D10SoundAnalyzer.h>
 
@@ -12,6 +10,7 @@ namespace Zelm {
 using namespace MXF::Zelm;
 using GenericContainer::D10Analyzer;
 using GenericContainer::D10SoundAnalyzer;
+using GenericContainer::MPEG2VideoAnalyzer;
 
 namespace {
 
@@ -28,53 +27,84 @@ D10Analyzer const& d10Picture(std::vector<std::vector<WrapTrack>> const& opened)
         "--preset d10: SMPTE 386M asks for D-10 pictures (MPEG-2 4:2:2, intra, 30, 40 or 50 Mb/s)");
 }
 
-class PresetCheck {
-public:
-    PresetCheck(LayoutPreset const& preset, WrapPlan const& plan) : preset_(preset), plan_(plan) {}
+std::ptrdiff_t countOf(WrapPlan const& plan, char kind) {
+    return std::count_if(plan.tracks().begin(), plan.tracks().end(),
+                         [&](auto const& track) { return track.kind == kind; });
+}
 
-    void checkRdd9() const {
-        require(count('v') == 1, "one picture track");
-        static constexpr EditRate rates[] = {{24000, 1001}, {25, 1}, {30000, 1001}, {50, 1}, {60000, 1001}};
-        require(std::find(std::begin(rates), std::end(rates), plan_.rate()) != std::end(rates),
-                "23.976, 25, 29.97, 50 or 59.94 pictures a second, not " + rateText(plan_.rate()));
-        for (auto const& track : plan_.tracks())
-            if (track.kind == 'v')
-                require(d10PictureOf(track) == nullptr, "MPEG-2 long GOP, not D-10");
-        checkSounds(16);
-    }
+template <class Test>
+bool holdsForAll(WrapPlan const& plan, char kind, Test test) {
+    return std::all_of(plan.tracks().begin(), plan.tracks().end(),
+                       [&](auto const& track) { return track.kind != kind || test(track); });
+}
 
-    void checkD10() const {
-        require(count('v') == 1, "one picture track");
-        require(count('a') <= 1, "one sound track of up to 8 channels");
-        require(count('d') == 0, "no further data");
-    }
+MPEG2VideoAnalyzer const* mpegOf(WrapTrack const& track) {
+    return dynamic_cast<MPEG2VideoAnalyzer const*>(&track.tap->analyzer());
+}
 
-    void checkPlain() const { require(count('v') <= 1, "one picture track"); }
+bool hasOnePicture(WrapPlan const& plan) { return countOf(plan, 'v') == 1; }
+bool hasNoFurtherPicture(WrapPlan const& plan) { return countOf(plan, 'v') <= 1; }
+bool hasOneSound(WrapPlan const& plan) { return countOf(plan, 'a') <= 1; }
+bool hasUpTo16Sounds(WrapPlan const& plan) { return countOf(plan, 'a') <= 16; }
+bool hasNoData(WrapPlan const& plan) { return countOf(plan, 'd') == 0; }
 
-private:
-    void require(bool holds, std::string const& what) const {
-        if (!holds)
-            throw CannotWrap("--preset " + std::string(preset_.name) + ": " + preset_.document +
-                             " asks for " + what);
-    }
+bool hasRateOfRdd9(WrapPlan const& plan) {
+    static constexpr EditRate rates[] = {{24000, 1001}, {25, 1}, {30000, 1001}, {50, 1}, {60000, 1001}};
+    return std::find(std::begin(rates), std::end(rates), plan.rate()) != std::end(rates);
+}
 
-    std::ptrdiff_t count(char kind) const {
-        return std::count_if(plan_.tracks().begin(), plan_.tracks().end(),
-                             [&](auto const& track) { return track.kind == kind; });
-    }
+/// Tracks of other MXF files tell by their labels (SMPTE 381M: byte 13 is 4).
+bool isLongGOP(WrapPlan const& plan) {
+    return holdsForAll(plan, 'v', [](WrapTrack const& track) {
+        auto const* const video = mpegOf(track);
+        return video != nullptr ? !video->isIntraOnly() && d10PictureOf(track) == nullptr
+                                : track.tap->universalLabel().rawBuffer()[13] == 4;
+    });
+}
 
-    void checkSounds(std::ptrdiff_t most) const {
-        require(count('a') <= most, "at most " + std::to_string(most) + " sound tracks");
-        for (auto const& track : plan_.tracks())
-            if (track.tail)
-                require(track.format.samplingRate == 48000 &&
-                            (track.format.validBits == 16 || track.format.validBits == 24),
-                        "sound of 16 or 24 bits at 48000 Hz");
-    }
+/// The codes of ISO/IEC 13818-2 for main at main, high 1440 and high, 4:2:2 at main and high level.
+bool hasLevelOfRdd9(WrapPlan const& plan) {
+    static constexpr std::uint8_t levels[] = {0x48, 0x46, 0x44, 0x85, 0x82};
+    return holdsForAll(plan, 'v', [](WrapTrack const& track) {
+        auto const* const video = mpegOf(track);
+        return video == nullptr ||
+               (video->sequence().extension &&
+                std::find(std::begin(levels), std::end(levels),
+                          video->sequence().extension->profileAndLevel) != std::end(levels));
+    });
+}
 
-    LayoutPreset const& preset_;
-    WrapPlan const& plan_;
+bool hasSoundOfTelevision(WrapPlan const& plan) {
+    return holdsForAll(plan, 'a', [](WrapTrack const& track) {
+        bool const hasBits = track.format.validBits == 16 || track.format.validBits == 24;
+        return !track.tail || (track.format.samplingRate == 48000 && hasBits);
+    });
+}
+
+/// What the documents ask for of the tracks.
+struct Rule {
+    const char* preset;
+    const char* asksFor;
+    bool (*holds)(WrapPlan const& plan);
 };
+
+constexpr Rule rules[] = {
+    {"rdd9", "one picture track", hasOnePicture},
+    {"rdd9", "MPEG-2 long GOP", isLongGOP},
+    {"rdd9", "the main or 4:2:2 profile of MPEG-2, at main, high 1440 or high level", hasLevelOfRdd9},
+    {"rdd9", "23.976, 25, 29.97, 50 or 59.94 pictures a second", hasRateOfRdd9},
+    {"rdd9", "at most 16 sound tracks", hasUpTo16Sounds},
+    {"rdd9", "sound of 16 or 24 bits at 48000 Hz", hasSoundOfTelevision},
+    {"d10", "one picture track", hasOnePicture},
+    {"d10", "one sound track of up to 8 channels", hasOneSound},
+    {"d10", "sound of 16 or 24 bits at 48000 Hz", hasSoundOfTelevision},
+    {"d10", "no further data", hasNoData},
+    {"op1a", "one picture track", hasNoFurtherPicture},
+    {"as02", "one picture track", hasNoFurtherPicture},
+};
+
+/// Pictures in a group of RDD 9.
+constexpr std::size_t longestGroupOfRdd9 = 15;
 
 } // namespace
 
@@ -106,15 +136,17 @@ void joinD10Sounds(std::vector<std::vector<WrapTrack>>& opened) {
 }
 
 void checkPreset(Layout const& layout, WrapPlan const& plan) {
-    if (layout.preset() == nullptr)
-        return;
-    PresetCheck const check(*layout.preset(), plan);
-    if (layout.isPreset("rdd9"))
-        check.checkRdd9();
-    else if (layout.isPreset("d10"))
-        check.checkD10();
-    else if (layout.isPreset("op1a"))
-        check.checkPlain();
+    for (auto const& rule : rules)
+        if (layout.isPreset(rule.preset) && !rule.holds(plan))
+            throw CannotWrap("--preset " + std::string(rule.preset) + ": " + layout.preset()->document +
+                             " asks for " + rule.asksFor);
+}
+
+void checkGroups(Layout const& layout, WrapTrack const& track) {
+    auto const* const video = mpegOf(track);
+    if (layout.isPreset("rdd9") && video != nullptr && video->longestGroup() > longestGroupOfRdd9)
+        track.tap->fault("RDD 9 asks for groups of at most " + std::to_string(longestGroupOfRdd9) +
+                         " pictures, the longest here has " + std::to_string(video->longestGroup()));
 }
 
 } // namespace Zelm

@@ -11,4 +11,7 @@ void joinD10Sounds(std::vector<std::vector<WrapTrack>>& opened);
 /// Throws CannotWrap when the preset's document does not allow the tracks.
 void checkPreset(Layout const& layout, WrapPlan const& plan);
 
+/// Afterwards: groups of pictures that are longer than the preset's document allows are a fault of the track.
+void checkGroups(Layout const& layout, WrapTrack const& track);
+
 } // namespace Zelm

@@ -118,6 +118,8 @@ private:
         options.hasConstantSize = making_.layout.preset() != nullptr &&
                                   making_.layout.preset()->constantSound &&
                                   options.wrapping == Wrapping::Frame;
+        if (options.wrapping == Wrapping::Clip)
+            options.sampleCount = sound.count; // a pipe takes clips of known length alone
         WaveFormat format = sound.format;
         format.channels = static_cast<std::uint16_t>(channels);
         if (channels != sound.format.channels)

@@ -20,7 +20,14 @@ public:
 
     /// The next `bits` bits, 0 to 64, as an unsigned number. Throws Exceptions::InvalidValue for more, and
     /// Exceptions::InvalidLength with the offset of the byte when fewer are left; nothing is read then.
-    std::uint64_t read(unsigned bits);
+    std::uint64_t read(unsigned bits) {
+        auto const* const bytes = bytes_.adjacent(8);
+        if (bytes == nullptr || bits == 0 || bit_ + bits > largestRead)
+            return readSlowly(bits);
+        auto const value = ByteCoders::decodeInteger<std::uint64_t>(bytes) << bit_ >> (largestRead - bits);
+        pass(bits);
+        return value;
+    }
 
     /// One bit. Throws as `read` does.
     bool readFlag() { return read(1) != 0; }
@@ -43,6 +50,13 @@ public:
 
 private:
     void requireBits(std::uint64_t bits) const;
+    std::uint64_t readSlowly(unsigned bits);
+
+    /// Passes over bits that are there.
+    void pass(std::uint64_t bits) {
+        bytes_.skip(bits / 8 + (bit_ + bits % 8) / 8);
+        bit_ = static_cast<unsigned>((bit_ + bits) % 8);
+    }
 
     SliceReader bytes_; // stands at the byte of the next bit
     unsigned bit_ = 0;  // bits of that byte that are passed

@@ -32,16 +32,19 @@ public:
 
 protected:
     DataIO::Chain areas() override;
+    bool hasContent() override;
+    bool nextContent(DataIO::Chain& out) override;
 
 private:
     DataIO::Chain metadataArea();
-    DataIO::Chain indexArea() const;
 
     Metadata::PartitionMetadata* metadata_ = nullptr;
     std::uint64_t reserve_ = 0;
     Metadata::SerializationOrder order_ = Metadata::SerializationOrder::ForwardReferences;
     std::uint64_t metadataLength_ = 0;
-    Templates::vector<SegmentPtr> segments_;
+    Templates::vector<SegmentPtr> segments_; // null behind those that were written
+    std::size_t nextSegment_ = 0;
+    std::uint64_t indexLength_ = 0; // of all of them, without fill
 };
 
 } // namespace MXF::Zelm::MXFIO

@@ -70,6 +70,10 @@ struct MXFZELM_EXPORT CreatorSettings {
     /// brought up to date, or its layout changes by it.
     bool metadataInFooter = false;
 
+    /// Body partitions with essence repeat the header metadata as it is by then, for who begins to read amid
+    /// the file. They stay open: what they have is never brought up to date.
+    bool metadataInBody = false;
+
     /// Written bytes can be changed at the end. Without it the header stays open and incomplete, and the
     /// footer is what readers have to go by.
     bool canUpdate = true;

@@ -16,7 +16,8 @@ void BitSliceReader::requireBits(std::uint64_t bits) const {
                                                        std::to_string(remaining()) + " left"));
 }
 
-std::uint64_t BitSliceReader::read(unsigned bits) {
+/// At borders between slices, and at the end.
+std::uint64_t BitSliceReader::readSlowly(unsigned bits) {
     std::uint64_t const value = peek(bits);
     skip(bits);
     return value;
@@ -40,8 +41,7 @@ std::uint64_t BitSliceReader::peek(unsigned bits) const {
 
 void BitSliceReader::skip(std::uint64_t bits) {
     requireBits(bits);
-    bytes_.skip((bits / 8) + (bit_ + bits % 8) / 8);
-    bit_ = static_cast<unsigned>((bit_ + bits) % 8);
+    pass(bits);
 }
 
 void BitSliceReader::align() {

@@ -30,7 +30,7 @@ void SliceList::take(SliceList& other) noexcept {
     first_ = std::exchange(other.first_, inlineFirst);
     count_ = std::exchange(other.count_, 0);
     if (!heap_)
-        std::move(other.inline_, other.inline_ + inlineSlots, inline_);
+        std::move(other.inline_ + first_, other.inline_ + first_ + count_, inline_ + first_);
 }
 
 void SliceList::append(Slice slice) {

@@ -21,15 +21,30 @@ void CommonPartitionWriter::metadata(Metadata::PartitionMetadata& metadata, std:
 void CommonPartitionWriter::index(std::uint32_t indexSID, Templates::vector<SegmentPtr> segments) {
     pack().indexSID(segments.empty() ? 0 : indexSID);
     segments_ = std::move(segments);
+    nextSegment_ = 0;
+    indexLength_ = 0;
+    for (auto const& segment : segments_)
+        indexLength_ += segment->serializedSize();
 }
 
 DataIO::Chain CommonPartitionWriter::areas() {
-    DataIO::Chain areas = metadataArea();
-    pack().headerByteCount(areas.size());
-    DataIO::Chain index = indexArea();
-    pack().indexByteCount(index.size());
-    areas.append(std::move(index));
-    return areas;
+    DataIO::Chain area = metadataArea();
+    pack().headerByteCount(area.size());
+    pack().indexByteCount(indexLength_ + alignment(indexLength_));
+    return area;
+}
+
+bool CommonPartitionWriter::hasContent() { return !segments_.empty(); }
+
+/// Segment by segment: a table of millions of entries is not held twice.
+bool CommonPartitionWriter::nextContent(DataIO::Chain& out) {
+    if (nextSegment_ == segments_.size())
+        return false;
+    auto const segment = std::move(segments_[nextSegment_++]);
+    out = sliceOf(*segment);
+    if (nextSegment_ == segments_.size())
+        appendFill(out, alignment(indexLength_));
+    return true;
 }
 
 DataIO::Chain CommonPartitionWriter::metadataArea() {
@@ -44,14 +59,6 @@ DataIO::Chain CommonPartitionWriter::metadataArea() {
         std::uint64_t const fill = std::max<std::uint64_t>(reserve_, smallestWrittenFill);
         appendFill(area, fill + alignment(area.size() + fill));
     }
-    return area;
-}
-
-DataIO::Chain CommonPartitionWriter::indexArea() const {
-    DataIO::Chain area;
-    for (auto const& segment : segments_)
-        area.append(sliceOf(*segment));
-    align(area);
     return area;
 }
 

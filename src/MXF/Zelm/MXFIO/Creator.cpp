@@ -13,7 +13,11 @@ constexpr std::uint64_t mostGathered = 256 * 1024;
 constexpr std::size_t mostSlices = 512;
 
 DataIO::RandomAccessDataSink* seekableSink(DataIO::DataSink& sink, CreatorSettings const& settings) {
-    return settings.canUpdate ? dynamic_cast<DataIO::RandomAccessDataSink*>(&sink) : nullptr;
+    if (!settings.canUpdate)
+        return nullptr;
+    if (auto* const file = dynamic_cast<DataIO::File::FileDataSink*>(&sink))
+        file->synchronizeEarly(); // `complete` waits for the device
+    return dynamic_cast<DataIO::RandomAccessDataSink*>(&sink);
 }
 
 CreatorSettings settingsFor(CreatorSettings settings, DataIO::RandomAccessDataSink const* seekable) {

@@ -11,11 +11,21 @@ namespace MXF::Zelm::MXFIO {
 
 namespace {
 
+/// What the labels of durations have at bytes 8 to 10 (SMPTE RP 210).
+bool isDuration(Metadata::Element const& element) {
+    static constexpr unsigned char durations[] = {0x07, 0x02, 0x02};
+    auto const* const label = element.universalLabel();
+    return label != nullptr && std::equal(std::begin(durations), std::end(durations), label->rawBuffer() + 8);
+}
+
+/// At the end of the writing all lengths are known, and all that is required. What else is wanted as well as
+/// it can be had, and is not known by now, cannot be known: lines of a raster that has none, say.
 bool isComplete(Metadata::PartitionMetadata const& metadata) {
-    Templates::vector<Metadata::Element*> unknown;
+    Templates::vector<Metadata::Element*> unknown, atBest;
     metadata.openElements(unknown);
-    metadata.incompleteElements(unknown);
-    return unknown.empty();
+    metadata.incompleteElements(atBest);
+    return unknown.empty() && std::none_of(atBest.begin(), atBest.end(),
+                                           [](auto const* element) { return isDuration(*element); });
 }
 
 } // namespace

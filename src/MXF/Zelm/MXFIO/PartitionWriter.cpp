@@ -51,6 +51,8 @@ bool PartitionWriter::isFull() const {
 }
 
 bool PartitionWriter::nextContent(DataIO::Chain& out) {
+    if (CommonPartitionWriter::nextContent(out))
+        return true;
     if (!source_.fetch() || isFull())
         return false;
     out = source_.take(runInLength_ + end());

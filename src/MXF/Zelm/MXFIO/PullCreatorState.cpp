@@ -130,7 +130,8 @@ void PullCreator::State::advance(DataIO::Chain& out) {
 void PullCreator::State::open(Templates::auto_ptr<BasePartitionWriter> writer) {
     writer->place(offset, partitions.lastOffset());
     auto const& pack = writer->partitionPack();
-    partitions.add(offset, pack.bodySID(), Packs::isGenericStreamPartitionPack(pack.key()));
+    bool const staysOpen = settings.metadataInBody && phase == Phase::Body && pack.bodySID() != 0;
+    partitions.add(offset, pack.bodySID(), !staysOpen && !Packs::isGenericStreamPartitionPack(pack.key()));
     current = std::move(writer);
 }
 
@@ -187,6 +188,10 @@ bool PullCreator::State::openBody() {
     auto writer = essenceWriter(PartitionPack::Body, *container);
     if (container->body->packages() != 0)
         writer->index(container->body->indexSID(), segmentsBefore(*container));
+    if (settings.metadataInBody) {
+        writer->metadata(*metadata, 0);
+        writer->serializationOrder(settings.serializationOrder);
+    }
     open(std::move(writer));
     return true;
 }

@@ -11,8 +11,8 @@ constexpr std::uint64_t statusAt = 14, footerPartitionAt = 24;
 
 } // namespace
 
-void WrittenPartitions::add(std::uint64_t offset, std::uint32_t bodySID, bool isGenericStream) {
-    places_.push_back({offset, bodySID, isGenericStream});
+void WrittenPartitions::add(std::uint64_t offset, std::uint32_t bodySID, bool isClosed) {
+    places_.push_back({offset, bodySID, isClosed});
 }
 
 Packs::RandomIndexPack WrittenPartitions::randomIndex() const {
@@ -38,7 +38,7 @@ void WrittenPartitions::appendClosing(Templates::vector<FileUpdate>& updates, St
     for (std::size_t i = 1; i + 1 < places_.size(); ++i) {
         std::uint64_t const offset = runInLength + places_[i].offset;
         updates.push_back(footerUpdate(offset, packBerLength));
-        if (!places_[i].isGenericStream)
+        if (places_[i].isClosed)
             updates.push_back(statusUpdate(offset, status));
     }
 }

@@ -12,8 +12,9 @@ class WrittenPartitions {
 public:
     using Status = Packs::PartitionPack::PartitionStatus;
 
-    /// Offsets count from the header partition pack.
-    void add(std::uint64_t offset, std::uint32_t bodySID, bool isGenericStream);
+    /// Offsets count from the header partition pack. `isClosed` when the file is whole: not one that has no
+    /// status, or header metadata that are not those of the end.
+    void add(std::uint64_t offset, std::uint32_t bodySID, bool isClosed);
 
     /// The last one; 0 while there is none.
     std::uint64_t lastOffset() const { return places_.empty() ? 0 : places_.back().offset; }
@@ -32,7 +33,7 @@ private:
     struct Place {
         std::uint64_t offset;
         std::uint32_t bodySID;
-        bool isGenericStream;
+        bool isClosed;
     };
 
     Templates::vector<Place> places_;

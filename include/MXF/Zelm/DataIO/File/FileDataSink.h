@@ -50,6 +50,10 @@ public:
     /// Hands buffered bytes to the system and has it bring them to the device.
     void synchronize();
 
+    /// From now on the system is to bring written bytes to the device while more are written, where systems
+    /// can be asked for it: `synchronize` then has little left to wait for.
+    void synchronizeEarly() { isEarly_ = true; }
+
     /// Cuts the file at the current position.
     void truncate();
 
@@ -64,11 +68,14 @@ public:
 
 private:
     explicit FileDataSink(std::unique_ptr<NativeFile> file);
+    void advance(std::uint64_t bytes);
 
     std::unique_ptr<NativeFile> file_;
     std::uint64_t size_ = 0;
     std::vector<unsigned char> buffer_;
     std::uint64_t bufferStart_ = 0;
+    bool isEarly_ = false;
+    std::uint64_t onTheWay_ = 0; // before it, bytes are on their way to the device
 };
 
 } // namespace MXF::Zelm::DataIO::File

@@ -23,7 +23,7 @@ class NativeFile;
 class MXFZELM_EXPORT FileSliceSource : public SliceSource, public virtual RandomAccessible {
 public:
     static constexpr std::size_t smallestBlock = std::size_t{16} << 10;
-    static constexpr std::size_t largestBlock = std::size_t{1} << 20;
+    static constexpr std::size_t largestBlock = std::size_t{256} << 10;
 
     /// Opens a file for reading; its name is UTF-8. Blocks come from `factory`, if null from a pool of its
     /// own. Throws Exceptions::SystemError with the file's name and the system's text when it cannot be

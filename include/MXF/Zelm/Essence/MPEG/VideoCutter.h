@@ -9,6 +9,7 @@
 
 #include "MXF/Zelm/Essence/MPEG/VideoUnit.h"
 #include "MXF/Zelm/Essence/StartCodeReader.h"
+#include "MXF/Zelm/Templates/Containers.h"
 
 namespace MXF::Zelm::Essence::MPEG {
 
@@ -54,6 +55,7 @@ private:
     };
 
     void takeInto(State& state, Code const& code);
+    void readHeaders(State& state, std::uint64_t end);
     bool beginsUnitAt(State const& state, Code const& code);
     bool isSecondField(State const& state, std::uint64_t position);
     bool isWhole(State const& state) const;
@@ -61,7 +63,8 @@ private:
     bool endAmidPicture();
 
     StartCodeReader reader_;
-    std::optional<Code> pending_; // what the next unit begins with
+    std::optional<Code> pending_;                  // what the next unit begins with
+    Templates::vector<std::uint64_t> headerCodes_; // in the unit, before its first slice
     std::optional<SequenceHeader> sequence_;
     std::string fault_;
 };

@@ -9,6 +9,8 @@
 #include "MXF/Zelm/Essence/MPEG/PictureHeader.h"
 #include "MXF/Zelm/Essence/MPEG/SequenceHeader.h"
 
+#include <span>
+
 namespace MXF::Zelm::Essence::MPEG {
 
 /// The bytes behind a start code prefix, 00 00 01.
@@ -54,6 +56,10 @@ struct MXFZELM_EXPORT VideoUnit {
     /// Reads the headers in `bytes`, which may be the first ones of an edit unit only, or anything else: what
     /// is cut off, and what comes in no order of the standard, is left out.
     static VideoUnit read(DataIO::Chain const& bytes, Part part = Part::Head);
+
+    /// The same up to the first slice, where the places of the start codes in `bytes` are known, in their
+    /// order.
+    static VideoUnit read(DataIO::Chain const& bytes, std::span<std::uint64_t const> startCodes);
 };
 
 } // namespace MXF::Zelm::Essence::MPEG

@@ -16,7 +16,8 @@ namespace MXF::Zelm::GenericContainer {
 /// and bit rates, `finalize` adds. Timecode is that of picture timing messages; between them it counts on.
 class MXFZELM_EXPORT AVCAnalyzer : public VideoAnalyzer {
 public:
-    explicit AVCAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source);
+    explicit AVCAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source,
+                         Wrapping wrapping = Wrapping::Frame);
     ~AVCAnalyzer() override;
 
     Types::UniversalLabel universalLabel() const override;

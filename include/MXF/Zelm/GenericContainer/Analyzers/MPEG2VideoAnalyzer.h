@@ -1,4 +1,4 @@
-/// MPEG-2 video elementary streams, wrapped by frames (SMPTE 381M). MPEG-1 video is taken too.
+/// MPEG-2 video elementary streams, wrapped by frames or as a clip (SMPTE 381M). MPEG-1 video is taken too.
 #pragma once
 
 #include "MXF/Zelm/DataIO/SliceSource.h"
@@ -21,7 +21,10 @@ namespace MXF::Zelm::GenericContainer {
 /// corrects the label. The timecode of a group's header belongs to its first edit unit.
 class MXFZELM_EXPORT MPEG2VideoAnalyzer : public VideoAnalyzer {
 public:
-    explicit MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source);
+    /// `wrapping` tells labels and key alone: the edit units are the same, and the clip wrapper makes one
+    /// element of them.
+    explicit MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source,
+                                Wrapping wrapping = Wrapping::Frame);
     ~MPEG2VideoAnalyzer() override;
 
     Types::UniversalLabel universalLabel() const override;
@@ -29,6 +32,11 @@ public:
 
     /// The first sequence header. Throws Exceptions::InvalidStructure before `preload`.
     Essence::MPEG::SequenceHeader const& sequence() const;
+
+    using VideoAnalyzer::isIntraOnly;
+
+    /// The most pictures in a group so far.
+    std::size_t longestGroup() const;
 
 protected:
     Metadata::Structural::FileDescriptor& describe(Metadata::PartitionMetadata& metadata,

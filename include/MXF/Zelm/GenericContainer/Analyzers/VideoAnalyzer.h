@@ -11,6 +11,7 @@
 
 #include "MXF/Zelm/Essence/PictureOrder.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/BasicAnalyzer.h"
+#include "MXF/Zelm/GenericContainer/Wrapping.h"
 
 namespace MXF::Zelm::GenericContainer {
 
@@ -45,6 +46,8 @@ class MXFZELM_EXPORT VideoAnalyzer : public BasicAnalyzer<PictureAnalyzer> {
 public:
     ~VideoAnalyzer() override;
 
+    Wrapping wrapping() const { return wrapping_; }
+
     using BasicAnalyzer::editRate;
 
     /// That of the stream, when it tells one; else the one that was set.
@@ -57,11 +60,13 @@ public:
     Utils::TimeCode currentTimeCode() const override;
     unsigned char itemTypeIdentifier() const override;
 
-    /// MPEG pictures wrapped by frames, which AVC is too.
+    /// MPEG pictures, which AVC is too.
     unsigned char essenceElementType() const override;
 
 protected:
-    VideoAnalyzer();
+    /// `wrapping` tells labels and key alone: the edit units are the same, and the clip wrapper makes one
+    /// element of them.
+    explicit VideoAnalyzer(Wrapping wrapping);
 
     /// Finds the first picture, within `maximumToSkip`. False when the stream is not what the analyzer reads.
     virtual bool open() = 0;
@@ -90,6 +95,7 @@ private:
     bool fetch();
     void place(EditUnit& unit);
 
+    Wrapping wrapping_;
     Templates::auto_ptr<State> state_;
 };
 

@@ -12,6 +12,8 @@ namespace {
 constexpr std::size_t bufferSize = 256 * 1024;
 /// Chains below this size cost less to copy than to ask the system for.
 constexpr std::uint64_t smallChain = 8 * 1024;
+/// What the system is asked at once to bring to the device early.
+constexpr std::uint64_t earlyBytes = std::uint64_t{32} << 20;
 
 NativeFile::Access accessFor(FileDataSink::Mode mode) {
     switch (mode) {
@@ -49,8 +51,7 @@ void FileDataSink::write(const unsigned char* buffer, std::uint64_t size) {
         while (size >= bufferSize) {
             auto const piece = static_cast<std::size_t>(std::min<std::uint64_t>(size, 1u << 30));
             file_->writeAt(bufferStart_, buffer, piece);
-            bufferStart_ += piece;
-            size_ = std::max(size_, bufferStart_);
+            advance(piece);
             buffer += piece;
             size -= piece;
         }
@@ -70,8 +71,7 @@ void FileDataSink::write(Chain const& chain) {
     for (auto const& slice : chain)
         pieces.push_back({slice.data(), slice.size()});
     file_->gatherAt(bufferStart_, pieces);
-    bufferStart_ += buffer_.size() + chain.size();
-    size_ = std::max(size_, bufferStart_);
+    advance(buffer_.size() + chain.size());
     buffer_.clear();
 }
 
@@ -85,9 +85,18 @@ void FileDataSink::flush() {
     if (buffer_.empty())
         return;
     file_->writeAt(bufferStart_, buffer_.data(), buffer_.size());
-    bufferStart_ += buffer_.size();
-    size_ = std::max(size_, bufferStart_);
+    advance(buffer_.size());
     buffer_.clear();
+}
+
+/// The system has taken so many bytes.
+void FileDataSink::advance(std::uint64_t bytes) {
+    bufferStart_ += bytes;
+    size_ = std::max(size_, bufferStart_);
+    if (!isEarly_ || bufferStart_ < onTheWay_ + earlyBytes)
+        return;
+    file_->beginSynchronizing(onTheWay_, bufferStart_ - onTheWay_);
+    onTheWay_ = bufferStart_;
 }
 
 void FileDataSink::synchronize() {

@@ -46,6 +46,9 @@ public:
     /// Has the system bring all written bytes to the device.
     virtual void synchronize() = 0;
 
+    /// Has it begin to do so with `count` bytes at `position`, where systems can be asked; never fails.
+    virtual void beginSynchronizing(std::uint64_t position, std::uint64_t count) noexcept = 0;
+
     /// Closes the file; a failure that the system only reports now is thrown.
     virtual void close() = 0;
 

@@ -100,6 +100,16 @@ public:
             fail("cannot bring to the device");
     }
 
+    void beginSynchronizing(std::uint64_t position, std::uint64_t count) noexcept override {
+#if defined(__linux__)
+        ::sync_file_range(descriptor_, static_cast<off_t>(position), static_cast<off_t>(count),
+                          SYNC_FILE_RANGE_WRITE);
+#else
+        static_cast<void>(position);
+        static_cast<void>(count);
+#endif
+    }
+
     void close() override {
         int const descriptor = descriptor_;
         descriptor_ = -1;

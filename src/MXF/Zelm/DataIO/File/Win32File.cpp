@@ -93,6 +93,8 @@ public:
             fail("cannot bring to the device");
     }
 
+    void beginSynchronizing(std::uint64_t, std::uint64_t) noexcept override {}
+
     void close() override {
         HANDLE const handle = handle_;
         handle_ = INVALID_HANDLE_VALUE;

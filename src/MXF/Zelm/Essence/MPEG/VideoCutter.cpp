@@ -1,5 +1,6 @@
 #include "MXF/Zelm/Essence/MPEG/VideoCutter.h"
 
+#include <algorithm>
 #include <sstream>
 
 namespace MXF::Zelm::Essence::MPEG {
@@ -8,6 +9,9 @@ namespace {
 
 /// A picture header with its coding extension, user data before it being rare, and small.
 constexpr std::uint64_t pictureHeaderSize = 256;
+
+/// Start codes before the first slice that are kept: more than streams have.
+constexpr std::size_t mostHeaders = 64;
 
 constexpr std::uint32_t macroblock = 16;
 
@@ -74,18 +78,27 @@ bool VideoCutter::next(Unit& unit) {
 }
 
 void VideoCutter::takeInto(State& state, Code const& code) {
+    if (!state.hasSlices && headerCodes_.size() < mostHeaders)
+        headerCodes_.push_back(code.position - reader_.start());
     if (code.value == PictureStart) {
         state.hasSecondField = state.hasSlices;
         state.hasPicture = true;
         state.lastSlice = 0;
     } else if (isSlice(code.value) && state.hasPicture) {
         if (!state.hasSlices)
-            state.headers = VideoUnit::read(
-                reader_.bytes().part(0, code.position - reader_.start() + StartCodeReader::codeSize),
-                VideoUnit::Part::Head);
+            readHeaders(state, code.position - reader_.start() + StartCodeReader::codeSize);
         state.hasSlices = true;
         state.lastSlice = code.value;
     }
+}
+
+/// The headers of the first `end` bytes. Of more start codes than are kept, all are searched for once more.
+void VideoCutter::readHeaders(State& state, std::uint64_t end) {
+    // A few bytes more, so that all of the last header can be read eight bytes at a time.
+    auto const& all = reader_.bytes();
+    auto const bytes = all.part(0, std::min(end + sizeof(std::uint64_t), all.size()));
+    state.headers = headerCodes_.size() < mostHeaders ? VideoUnit::read(bytes, headerCodes_)
+                                                      : VideoUnit::read(bytes, VideoUnit::Part::Head);
 }
 
 bool VideoCutter::beginsUnitAt(State const& state, Code const& code) {
@@ -115,6 +128,7 @@ void VideoCutter::cut(State& state, DataIO::Chain data, std::uint64_t offset, Un
     unit.headers = std::move(state.headers);
     if (unit.headers.sequence)
         sequence_ = unit.headers.sequence;
+    headerCodes_.clear();
 }
 
 bool VideoCutter::endAmidPicture() {

@@ -3,8 +3,6 @@
 #include "MXF/Zelm/DataIO/SyncWordFinder.h"
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 
-#include <algorithm>
-
 namespace MXF::Zelm::Essence::MPEG {
 
 namespace {
@@ -12,14 +10,11 @@ namespace {
 /// The identifiers of extensions, in the 4 bits behind the start code.
 enum Extension : std::uint8_t { SequenceIdentifier = 1, DisplayIdentifier = 2, PictureCodingIdentifier = 8 };
 
-/// More than any header has: the sequence header with both matrices.
-constexpr std::uint64_t longestHeader = 140;
-
 constexpr std::uint64_t startCodeSize = 4;
 
 class UnitParser {
 public:
-    UnitParser(DataIO::Chain const& bytes, VideoUnit& unit) : bytes_(bytes), unit_(unit) {}
+    UnitParser(DataIO::Chain const& bytes, VideoUnit& unit) : bytes_(bytes), unit_(unit), bits_(bytes) {}
 
     /// Takes what stands behind the start code prefix at `position`; false when no more is wanted.
     bool take(std::uint64_t position, VideoUnit::Part part) {
@@ -39,16 +34,22 @@ public:
 
 private:
     void takeHeader(std::uint8_t code, std::uint64_t from) {
-        std::uint64_t const size = std::min(longestHeader, bytes_.size() - from);
-        DataIO::BitSliceReader bits(bytes_.part(from, size));
+        moveTo(from);
         if (code == SequenceHeaderStart && !unit_.picture)
-            unit_.sequence = SequenceHeader::read(bits);
+            unit_.sequence = SequenceHeader::read(bits_);
         else if (code == GroupStart && !unit_.picture)
-            unit_.group = GroupHeader::read(bits);
+            unit_.group = GroupHeader::read(bits_);
         else if (code == PictureStart)
-            takePicture(PictureHeader::read(bits));
+            takePicture(PictureHeader::read(bits_));
         else if (code == ExtensionStart)
-            takeExtension(bits);
+            takeExtension();
+    }
+
+    /// Forwards, unless the last header was read beyond the start code of this one.
+    void moveTo(std::uint64_t byte) {
+        if (byte * 8 < bits_.position())
+            bits_ = DataIO::BitSliceReader(bytes_);
+        bits_.skip(byte * 8 - bits_.position());
     }
 
     void takePicture(PictureHeader const& picture) {
@@ -58,19 +59,20 @@ private:
             unit_.secondField = picture;
     }
 
-    void takeExtension(DataIO::BitSliceReader& bits) {
-        auto const identifier = bits.read(4);
+    void takeExtension() {
+        auto const identifier = bits_.read(4);
         auto& last = unit_.secondField ? unit_.secondField : unit_.picture;
         if (identifier == PictureCodingIdentifier && last && !last->coding)
-            last->coding = PictureCodingExtension::read(bits);
+            last->coding = PictureCodingExtension::read(bits_);
         else if (identifier == SequenceIdentifier && unit_.sequence && !last)
-            unit_.sequence->extension = SequenceExtension::read(bits);
+            unit_.sequence->extension = SequenceExtension::read(bits_);
         else if (identifier == DisplayIdentifier && unit_.sequence && !last)
-            unit_.sequence->display = SequenceDisplayExtension::read(bits);
+            unit_.sequence->display = SequenceDisplayExtension::read(bits_);
     }
 
     DataIO::Chain const& bytes_;
     VideoUnit& unit_;
+    DataIO::BitSliceReader bits_;
 };
 
 } // namespace
@@ -83,6 +85,19 @@ VideoUnit VideoUnit::read(DataIO::Chain const& bytes, Part part) {
     try {
         while (auto const position = finder.next())
             if (!parser.take(*position, part))
+                break;
+    } catch (Exceptions::InvalidLength const&) {
+        // The header is cut off.
+    }
+    return unit;
+}
+
+VideoUnit VideoUnit::read(DataIO::Chain const& bytes, std::span<std::uint64_t const> startCodes) {
+    VideoUnit unit;
+    UnitParser parser(bytes, unit);
+    try {
+        for (auto const position : startCodes)
+            if (!parser.take(position, Part::Head))
                 break;
     } catch (Exceptions::InvalidLength const&) {
         // The header is cut off.

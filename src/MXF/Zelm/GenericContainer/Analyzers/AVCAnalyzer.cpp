@@ -33,8 +33,8 @@ struct AVCAnalyzer::State : Platform::Allocated {
     bool hasFields = false, hasFrames = false;
 };
 
-AVCAnalyzer::AVCAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source)
-    : state_(std::make_unique<State>(std::move(source))) {}
+AVCAnalyzer::AVCAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source, Wrapping wrapping)
+    : VideoAnalyzer(wrapping), state_(std::make_unique<State>(std::move(source))) {}
 
 AVCAnalyzer::~AVCAnalyzer() = default;
 
@@ -82,7 +82,7 @@ Templates::Rational<int> AVCAnalyzer::streamRate() const {
     return state_->first.sequence ? frameRateOf(sequence()) : Templates::Rational<int>{};
 }
 
-Types::UniversalLabel AVCAnalyzer::universalLabel() const { return avcFrameWrappedLabel(); }
+Types::UniversalLabel AVCAnalyzer::universalLabel() const { return avcLabel(wrapping()); }
 
 Types::UniversalLabel AVCAnalyzer::codingLabel(bool isIntra) const {
     return avcCodingLabel(sequence(), {.isIntra = isIntra,

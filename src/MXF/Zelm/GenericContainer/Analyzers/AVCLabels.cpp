@@ -87,7 +87,10 @@ KLV::Key const* labelOf(Profile const (&rows)[count], std::uint8_t profile) {
 
 } // namespace
 
-Types::UniversalLabel avcFrameWrappedLabel() { return "060E2B34.0401010A.0D010301.02106001"_key; }
+Types::UniversalLabel avcLabel(Wrapping wrapping) {
+    return wrapping == Wrapping::Clip ? "060E2B34.0401010A.0D010301.02106002"_key
+                                      : "060E2B34.0401010A.0D010301.02106001"_key;
+}
 
 Types::UniversalLabel avcCodingLabel(SequenceParameterSet const& sequence, AVCIntraFacts const& facts) {
     auto const* const intraClass = classOf(sequence, facts);

@@ -2,12 +2,13 @@
 #pragma once
 
 #include "MXF/Zelm/Essence/AVC/ParameterSets.h"
+#include "MXF/Zelm/GenericContainer/Wrapping.h"
 #include "MXF/Zelm/Types/UniversalLabel.h"
 
 namespace MXF::Zelm::GenericContainer {
 
-/// Byte streams of the first video stream, wrapped by frames.
-Types::UniversalLabel avcFrameWrappedLabel();
+/// Byte streams of the first video stream.
+Types::UniversalLabel avcLabel(Wrapping wrapping);
 
 /// What tells the classes of intra streams apart (RP 2027), beside the parameter sets.
 struct AVCIntraFacts {

@@ -3,6 +3,7 @@
 #include "MXF/Zelm/Essence/MPEG/VideoCutter.h"
 #include "MXF/Zelm/Essence/MPEG/VideoPictures.h"
 #include "MXF/Zelm/Exceptions/Exceptions.h"
+#include "MXF/Zelm/GenericContainer/Analyzers/GroupStatistics.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/MPEGDescriptor.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/MPEGLabels.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/StreamTimecode.h"
@@ -27,8 +28,8 @@ struct MPEG2VideoAnalyzer::State : Platform::Allocated {
     Essence::MPEG::VideoPictures pictures;
 };
 
-MPEG2VideoAnalyzer::MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source)
-    : state_(std::make_unique<State>(std::move(source))) {}
+MPEG2VideoAnalyzer::MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source, Wrapping wrapping)
+    : VideoAnalyzer(wrapping), state_(std::make_unique<State>(std::move(source))) {}
 
 MPEG2VideoAnalyzer::~MPEG2VideoAnalyzer() = default;
 
@@ -81,7 +82,8 @@ Templates::Rational<int> MPEG2VideoAnalyzer::streamRate() const {
     return state_->sequence ? state_->sequence->frameRate() : Templates::Rational<int>{};
 }
 
-Types::UniversalLabel MPEG2VideoAnalyzer::universalLabel() const { return mpegFrameWrappedLabel(); }
+Types::UniversalLabel MPEG2VideoAnalyzer::universalLabel() const { return mpegLabel(wrapping()); }
+std::size_t MPEG2VideoAnalyzer::longestGroup() const { return groups().longest(); }
 std::string MPEG2VideoAnalyzer::fault() const { return state_->cutter.fault(); }
 
 void MPEG2VideoAnalyzer::describePictures(Metadata::Structural::CDCIEssenceDescriptor& descriptor) const {

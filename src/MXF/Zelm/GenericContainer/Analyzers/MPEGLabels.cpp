@@ -32,7 +32,10 @@ constexpr KLV::Key mpeg1Constrained = "060E2B34.04010103.04010202.01100100"_key;
 
 } // namespace
 
-Types::UniversalLabel mpegFrameWrappedLabel() { return "060E2B34.04010102.0D010301.02046001"_key; }
+Types::UniversalLabel mpegLabel(Wrapping wrapping) {
+    return wrapping == Wrapping::Clip ? "060E2B34.04010102.0D010301.02046002"_key
+                                      : "060E2B34.04010102.0D010301.02046001"_key;
+}
 
 Types::UniversalLabel mpegCodingLabel(Essence::MPEG::SequenceHeader const& sequence, bool isIntraOnly) {
     if (sequence.isMPEG1())

@@ -146,7 +146,14 @@ unsigned int PCMAnalyzer::boundedEditUnitSize() const {
 }
 
 unsigned int PCMAnalyzer::requiredKAGSize() const {
-    return options_.hasConstantSize && !cadence().isConstant() ? constantSizeGrid : 1;
+    if (!options_.hasConstantSize)
+        return 1;
+    // A multiplexer asks before it sets its rate: one that is not known may need the grid.
+    bool const isKnown = cadence_ || editRate().isKnown();
+    bool const isEven =
+        isKnown &&
+        (cadence_ ? *cadence_ : Utils::SampleCadence(format_.samplingRate, editRate())).isConstant();
+    return isEven ? 1 : constantSizeGrid;
 }
 
 FileDescriptor& PCMAnalyzer::describe(Metadata::PartitionMetadata& metadata, FileDescriptor* present) {

@@ -13,7 +13,7 @@ namespace MXF::Zelm::GenericContainer {
 
 namespace {
 
-constexpr unsigned char frameWrappedMPEG = 0x05;
+constexpr unsigned char frameWrappedMPEG = 0x05, clipWrappedMPEG = 0x06;
 
 /// As many intra pictures in a row make a stream of intra pictures alone.
 constexpr std::size_t lookAhead = 8;
@@ -35,7 +35,7 @@ struct VideoAnalyzer::State : Platform::Allocated {
     Utils::TimeCode timecode;
 };
 
-VideoAnalyzer::VideoAnalyzer() : state_(std::make_unique<State>()) {}
+VideoAnalyzer::VideoAnalyzer(Wrapping wrapping) : wrapping_(wrapping), state_(std::make_unique<State>()) {}
 VideoAnalyzer::~VideoAnalyzer() = default;
 
 /// Reads one picture ahead; false at the end.
@@ -81,7 +81,9 @@ GroupStatistics const& VideoAnalyzer::groups() const { return state_->groups; }
 SizeStatistics const& VideoAnalyzer::sizes() const { return state_->sizes; }
 Utils::TimeCode VideoAnalyzer::currentTimeCode() const { return state_->timecode; }
 unsigned char VideoAnalyzer::itemTypeIdentifier() const { return ElementKey::Picture; }
-unsigned char VideoAnalyzer::essenceElementType() const { return frameWrappedMPEG; }
+unsigned char VideoAnalyzer::essenceElementType() const {
+    return wrapping_ == Wrapping::Clip ? clipWrappedMPEG : frameWrappedMPEG;
+}
 bool VideoAnalyzer::hasMore() const { return !state_->ahead.empty(); }
 
 /// Finds out where the first picture ahead is shown, which those behind it may tell.
