@@ -71,7 +71,7 @@ TEST(AVCAnalyzer, DescribesTheStream) {
 TEST(AVCAnalyzer, RefusesWhatIsNoneAndThrowsAmidTheStream) {
     EXPECT_FALSE(analyzerOf(repeated(4000, 0x47))->preload());
     EXPECT_FALSE(analyzerOf(avcParameters())->preload());
-    auto const unknownSet = hex("00 00 00 01 09 10 00 00 01 41 9A 0E 6C"); // the slice names set 55
+    auto const unknownSet = hex("00 00 00 01 09 10 00 00 01 41 98 1C 6C"); // the slice names set 55
     auto const analyzer = analyzerOf(smallStream() + unknownSet + smallStream());
     ASSERT_TRUE(analyzer->preload());
     EXPECT_THROW(

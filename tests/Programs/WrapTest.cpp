@@ -110,7 +110,7 @@ TEST(Wrap, WritesEachPatternAndIndexPlaceSoThatItReadsBack) {
         {both, {"--clip", "--pattern", "op1b"}, 2},
         {both, {"--repeat-header", "--partition-every", "4"}, 2},
         {{"clip.wav"}, {"--index", "header"}, 1},
-        {{"clip.m2v"}, {"--pcm", "16,1,48000", "--reserve", "100"}, 1},
+        {{"clip.m2v"}, {"--pcm", "16,1,48000", "--reserve", "500"}, 1},
     };
     for (auto const& [inputs, options, tracks] : cases) {
         auto const report = folder.report(inputs, options);
