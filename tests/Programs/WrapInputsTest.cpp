@@ -171,6 +171,9 @@ TEST(WrapInputs, KeepsPacketsOfSMPTE302MWithTheirBits) {
         EXPECT_EQ(done.status, 0) << done.errors;
     };
     auto const kept = inputs.report({sound, "--packets"});
+    auto const told = Json::parse(runZelm({"audio", "--json", inputs.file("out.mxf")}).output)["files"][0];
+    EXPECT_EQ(told["tracks"][0]["coding"], "SMPTE 302M") << told;
+    EXPECT_EQ(told["tracks"][0]["channels"].size(), 2u) << told;
     extract({});
     EXPECT_EQ(readFile(inputs.file("out_a1.302m")), packets);
     extract({"--as", "pcm"});
