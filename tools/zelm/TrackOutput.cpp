@@ -200,7 +200,8 @@ private:
 /// SMPTE 302M packets, whole ones in each edit unit.
 class PacketOutput : public SoundOutput {
 public:
-    using SoundOutput::SoundOutput;
+    PacketOutput(EssenceForm const& form, std::shared_ptr<WaveOutput> wave, std::size_t sound)
+        : SoundOutput(std::move(wave), sound), format_(form.wave) {}
 
     void beginUnit(std::int64_t) override { packets_.clear(); }
     void take(DataIO::Chain const& data) override {
@@ -214,10 +215,15 @@ public:
         packets_.clear();
         DataIO::Chain samples;
         source.read(~std::uint64_t{0}, samples);
+        if (!samples.empty() && source.sampleSize() != format_.blockAlign())
+            throw Exceptions::InvalidStructure(
+                "packets of SMPTE 302M with " + std::to_string(source.info().channels) + " channels of " +
+                std::to_string(source.info().bitsPerSample) + " bits, the first were of another format");
         put(std::move(samples));
     }
 
 private:
+    Essence::Wave::WaveFormat format_;
     DataIO::Chain packets_;
 };
 
@@ -263,7 +269,7 @@ std::unique_ptr<TrackOutput> makeSoundOutput(EssenceForm const& form, std::share
     case EssenceForm::Shape::AES3Samples:
         return std::make_unique<AES3Output>(std::move(wave), sound);
     case EssenceForm::Shape::PacketSamples:
-        return std::make_unique<PacketOutput>(std::move(wave), sound);
+        return std::make_unique<PacketOutput>(form, std::move(wave), sound);
     default:
         return std::make_unique<SoundOutput>(std::move(wave), sound);
     }
