@@ -1,31 +1,11 @@
 /// Reads a primer and the sets that follow with the standard dictionary, writes them in each order, and holds
 /// the first two writings as loaded against each other.
-#include "MXF/Zelm/KLV/Reader.h"
-#include "MXF/Zelm/Metadata/PartitionMetadata.h"
-#include "support.h"
+#include "metadata.h"
 
 using namespace MXF::Zelm;
 using Metadata::SerializationOrder;
 
 namespace {
-
-std::unique_ptr<Metadata::PartitionMetadata> load(const unsigned char* data, std::uint64_t size) {
-    DataIO::Memory::MemoryViewDataSource source(data, static_cast<std::size_t>(size));
-    KLV::Reader reader(source);
-    std::uint64_t skipped = 0;
-    auto packet = reader.nextKLV(skipped, 0);
-    auto metadata =
-        std::make_unique<Metadata::PartitionMetadata>(std::make_unique<Metadata::PartitionDictionary>(
-            Fuzz::dictionary(), std::make_unique<Packs::PrimerPack>(*packet)));
-    packet->value().discard();
-    Fuzz::passingOverBadInput([&] {
-        while (!source.endOfStream()) {
-            packet = reader.nextKLV(skipped, 32);
-            metadata->loadOrKeepDark(*packet);
-        }
-    });
-    return metadata;
-}
 
 void use(Metadata::PartitionMetadata& metadata) {
     Templates::vector<Metadata::MetadataSet*> parents;
@@ -50,13 +30,13 @@ void use(Metadata::PartitionMetadata& metadata) {
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
     Fuzz::passingOverBadInput([&] {
-        auto const metadata = load(data, size);
+        auto const metadata = Fuzz::loadMetadata(data, size);
         use(*metadata);
         metadata->partitionDictionary().primer().berLength(4);
         DataIO::Memory::MemoryDataSink once;
         DataIO::Memory::MemoryDataSink twice;
         metadata->serialize(once, true, SerializationOrder::AsLoaded);
-        auto const again = load(once.rawBuffer(), once.serializedSize());
+        auto const again = Fuzz::loadMetadata(once.rawBuffer(), once.serializedSize());
         again->serialize(twice, true, SerializationOrder::AsLoaded);
         Fuzz::require(Fuzz::sameBytes(once, twice));
         Fuzz::require(again->size() == metadata->size() && again->darkSize() == metadata->darkSize());

@@ -1,8 +1,10 @@
 /// Takes PCM out of SMPTE 302M packets and SMPTE 331M elements, in one piece and in small ones, with the same
-/// result; what a stream of packets gives comes back out of packets of its own.
+/// result; what a stream of packets gives comes back out of packets of its own. Packets that are wrapped as
+/// they are have the bytes of the stream from its beginning on.
 #include "MXF/Zelm/DataIO/BufferSliceSource.h"
 #include "MXF/Zelm/Essence/AES3/S302M/Source.h"
 #include "MXF/Zelm/Essence/Converters/FrameSources.h"
+#include "MXF/Zelm/GenericContainer/Analyzers/S302MAnalyzer.h"
 #include "support.h"
 
 #include <algorithm>
@@ -45,6 +47,19 @@ void usePackets(DataIO::Chain const& whole, DataIO::Chain const& pieces) {
     Fuzz::require(contentOf(back, 999) == pcm);
 }
 
+void wrapPackets(DataIO::Chain const& whole, DataIO::Chain const& pieces) {
+    GenericContainer::S302MAnalyzer analyzer(sourceOf(pieces));
+    DataIO::Chain wrapped;
+    Fuzz::passingOverBadInput([&] {
+        analyzer.editRate({25, 1});
+        if (!analyzer.preload())
+            return;
+        for (GenericContainer::EditUnit unit; analyzer.nextEditUnit(unit);)
+            wrapped.append(unit.data);
+    });
+    Fuzz::require(wrapped.size() <= whole.size() && wrapped == whole.part(0, wrapped.size()));
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
@@ -54,5 +69,6 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
         pieces.append(DataIO::Slice::copyOf(data + at, std::min<std::size_t>(5, size - at)));
     usePackets(whole, pieces);
     useElements(whole, pieces);
+    wrapPackets(whole, pieces);
     return 0;
 }

@@ -126,6 +126,25 @@ TEST(D10SoundAnalyzer, CountsTheSequenceOfFive) {
     EXPECT_TRUE(analyzer.done());
 }
 
+TEST(D10SoundAnalyzer, PutsChannelStatusInTheWords) {
+    Essence::AES3::ChannelStatus status;
+    status.isProfessional(true);
+    for (auto const& second : {status, Essence::AES3::ChannelStatus()}) {
+        D10SoundAnalyzer analyzer({{sourceOf(Bytes(2 * 1920)), {1, 48000, 2, 16, 0}},
+                                   {sourceOf(Bytes(2 * 1920)), {1, 48000, 2, 16, 0}, {second}}},
+                                  pal30);
+        ASSERT_TRUE(analyzer.preload());
+        EditUnit unit;
+        ASSERT_TRUE(analyzer.nextEditUnit(unit));
+        auto const bytes = unit.data.contiguous();
+        constexpr unsigned char channelStatusBit = 0x40;
+        bool const isThere = second == status;
+        EXPECT_EQ((bytes.data()[0] & 0x80) != 0, isThere);
+        EXPECT_EQ(bytes.data()[4 + 3] & channelStatusBit, 0) << "channel 1 came with none";
+        EXPECT_EQ((bytes.data()[4 + 4 + 3] & channelStatusBit) != 0, isThere);
+    }
+}
+
 TEST(D10Analyzers, MakePackagesOfConstantSize) {
     AnalyzerPackage package;
     GenericContainer::Multiplexer::Mux mux(&package.package(), pal30.containerLabel(), {25, 1});

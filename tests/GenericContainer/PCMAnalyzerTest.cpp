@@ -1,5 +1,6 @@
 #include "MXF/Zelm/GenericContainer/Analyzers/PCMAnalyzer.h"
 #include "MXF/Zelm/DataIO/BufferSliceSource.h"
+#include "MXF/Zelm/Metadata/Structural/PhysicalDescriptors.h"
 #include "MXF/Zelm/Metadata/Structural/SoundDescriptors.h"
 #include "support/AnalyzerPackage.h"
 #include "support/WaveBytes.h"
@@ -205,6 +206,51 @@ TEST(PCMAnalyzer, DescribesWaveAndAES3) {
     EXPECT_EQ(status.fixedChannelStatusData()->at<Types::UInt8>(23), 0x2B) << "CRC of 85 00 2C 00 …";
     EXPECT_EQ(aes3.essenceElementType(), 3);
     EXPECT_EQ(status.sequenceOffset(), nullptr);
+}
+
+TEST(PCMAnalyzer, KeepsTheChannelStatusThatSoundCameWith) {
+    using Essence::AES3::ChannelStatus;
+    ChannelStatus emphasized;
+    emphasized.isProfessional(true);
+    emphasized.audioSignalEmphasis(ChannelStatus::Emphasis50_15);
+    emphasized.useOfAuxiliarySampleBits(ChannelStatus::Coordination20Bits);
+    PCMAnalyzer analyzer(sourceOf({}), {2, 48000, 3, 24, 0},
+                         {.mapping = PCMOptions::Mapping::AES3,
+                          .editRate = {25, 1},
+                          .channelStatus = {emphasized, ChannelStatus()}});
+    ASSERT_TRUE(analyzer.preload());
+    AnalyzerPackage package;
+    auto const& descriptor = package.describedBy<AES3AudioEssenceDescriptor>(analyzer);
+    auto const& bytes = *descriptor.fixedChannelStatusData();
+    EXPECT_EQ(bytes.at<Types::UInt8>(0), emphasized.rawBuffer()[0]);
+    EXPECT_EQ(bytes.at<Types::UInt8>(24), 0x85) << "a block of zeros says nothing";
+    EXPECT_EQ(*descriptor.emphasis(), 6) << "110 as AES3 writes it";
+    EXPECT_EQ(*descriptor.auxBitsMode(), 2);
+}
+
+TEST(PCMAnalyzer, TellsTheChunksOfItsFileOnceEach) {
+    using Metadata::Structural::WAVEAudioPhysicalDescriptor;
+    auto const large = noise(200'000);
+    Essence::Wave::WaveReader reader(
+        sourceOf(riff("RIFF", waveFormat(1, 48000, 16) + chunk("odd!", hex("00 FF 01")) +
+                                  chunk("data", noise(20)) + chunk("axml", large))));
+    PCMAnalyzer analyzer(
+        sourceOf({}), reader.format(),
+        {.editRate = {25, 1}, .origin = std::make_shared<GenericContainer::WaveOrigin>(reader)});
+    ASSERT_TRUE(analyzer.preload());
+    AnalyzerPackage package;
+    package.describedBy<WAVEAudioEssenceDescriptor>(analyzer);
+    unsigned repeats = 0;
+    for (auto* const set : package.metadata().packages())
+        if (auto* const physical = dynamic_cast<WAVEAudioPhysicalDescriptor*>(
+                dynamic_cast<Metadata::Structural::SourcePackage&>(*set).descriptor()))
+            for (; repeats < 3; ++repeats)
+                physical->addUnknownBWFChunk(*physical->unknownBWFChunks().front());
+    EXPECT_EQ(repeats, 3u);
+    auto const chunks = GenericContainer::originChunks(package.metadata(), package.package(), 256);
+    ASSERT_EQ(chunks.size(), 2u);
+    EXPECT_EQ(chunks[0].content, hex("00 FF 01"));
+    EXPECT_TRUE(sameBytes(chunks[1].content, large));
 }
 
 TEST(PCMAnalyzer, TakesTimecodeFromTheTimeReferenceAndNamesEarlyEnds) {

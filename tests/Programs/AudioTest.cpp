@@ -141,13 +141,14 @@ TEST(Audio, LabelsGoIntoTracks) {
 TEST(Audio, ChunksSurviveATripThroughMXF) {
     Folder const folder;
     auto const kept = chunk("bext", broadcast()) + chunk("chna", audioIDs(2)) +
-                      chunk("iXML", ascii("<BWFXML/>")) + chunk("odd!", hex("00 FF 01"));
+                      chunk("iXML", ascii("<BWFXML/>")) + chunk("odd!", hex("00 FF 01")) +
+                      chunk("big!", repeated(3 << 20, 0x5A));
     writeFile(folder.file("a.wav"), wave(2, kept));
     for (std::string const options : {"--clip", "--frame"}) {
         folder.run({"wrap", "@a.wav", "-o", "@a.mxf", options, "--force"});
         folder.run({"extract", "@a.mxf", "-o", "@", "--force"});
         auto const before = readFile(folder.file("a.wav")), after = readFile(folder.file("a_a1.wav"));
-        for (std::string const id : {"bext", "chna", "iXML", "odd!", "axml", "data"})
+        for (std::string const id : {"bext", "chna", "iXML", "odd!", "big!", "axml", "data"})
             EXPECT_EQ(chunkOf(after, id), chunkOf(before, id)) << id << options;
     }
     folder.run({"extract", "@a.mxf", "-o", "@", "--force", "--range", "5:"}); // of 25 a second

@@ -148,6 +148,47 @@ TEST(WrapInputs, TakesPacketsOfSMPTE302MThatAreCutOff) {
     EXPECT_NE(report["notes"][0].get<std::string>().find("ends early"), std::string::npos);
 }
 
+TEST(WrapInputs, KeepsPacketsOfSMPTE302MWithTheirBits) {
+    using namespace Essence::AES3;
+    S302M::PacketWriter writer({2, 16, {48000, 1}}, {25, 1});
+    ChannelStatus status;
+    status.isProfessional(true);
+    status.audioSignalEmphasis(ChannelStatus::EmphasisJ17);
+    writer.channelStatus(1, status);
+    auto const data = samples(3 * 4 * samplesOfFrame);
+    Bytes packets;
+    for (std::size_t frame = 0; frame < 3; ++frame) {
+        auto const pcm = slice(data, frame * 4 * samplesOfFrame, 4 * samplesOfFrame);
+        auto const packet = writer.packet(DataIO::Slice::copyOf(pcm.data(), pcm.size()));
+        packets.insert(packets.end(), packet.begin(), packet.end());
+    }
+    Inputs const inputs;
+    auto const sound = inputs.add("sound.302m", packets);
+    auto const extract = [&](std::vector<std::string> options) {
+        options.insert(options.begin(),
+                       {"extract", inputs.file("out.mxf"), "-o", inputs.file(""), "--force"});
+        auto const done = runZelm(options);
+        EXPECT_EQ(done.status, 0) << done.errors;
+    };
+    auto const kept = inputs.report({sound, "--packets"});
+    auto const told = Json::parse(runZelm({"audio", "--json", inputs.file("out.mxf")}).output)["files"][0];
+    EXPECT_EQ(told["tracks"][0]["coding"], "SMPTE 302M") << told;
+    EXPECT_EQ(told["tracks"][0]["channels"].size(), 2u) << told;
+    extract({});
+    EXPECT_EQ(readFile(inputs.file("out_a1.302m")), packets);
+    extract({"--as", "pcm"});
+    EXPECT_EQ(readFile(inputs.file("out_a1.pcm")), data);
+    extract({"--as", "302m"});
+    EXPECT_EQ(inputs.report({inputs.file("out_a1.ts"), "--packets"})["tracks"][0]["md5"],
+              kept["tracks"][0]["md5"]);
+    EXPECT_NE(
+        inputs.wrap({sound, "--packets", "--rate", "50"}).errors.find("do not go into edit units of 960"),
+        std::string::npos);
+    inputs.report({sound, "--aes3"});
+    auto const channels = Json::parse(runZelm({"audio", "--json", inputs.file("out.mxf")}).output).dump();
+    EXPECT_NE(channels.find("J.17"), std::string::npos) << channels;
+}
+
 /// What a file holds, as it can be wrapped again; without the offsets in the file.
 Json dumped(std::string const& file) {
     auto dump = Json::parse(runZelm({"ancillary", "--dump", "--json", file}).output);

@@ -254,6 +254,14 @@ TEST(Wrap, WritesToStandardOutput) {
     auto const index = runZelm({"index", folder.file("piped.mxf")});
     EXPECT_EQ(index.status, 0) << index.output << index.errors;
     EXPECT_EQ(folder.run({"clip.m2v"}, {"--json"}, "-").status, 2);
+    writeFile(folder.file("short.wav"), wave(1, 700));
+    auto const clips = folder.run({"short.wav", "clip.wav"}, {"--clip", "--pattern", "op1b"}, "-");
+    ASSERT_EQ(clips.status, 0) << clips.errors;
+    writeFile(folder.file("clips.mxf"), Bytes(clips.output.begin(), clips.output.end()));
+    auto const extracted =
+        Json::parse(runZelm({"extract", folder.file("clips.mxf"), "--list", "--json"}).output);
+    EXPECT_EQ(extracted["tracks"].size(), 2u);
+    EXPECT_EQ(runZelm({"index", folder.file("clips.mxf")}).status, 0);
 }
 
 TEST(Wrap, SetsMetadataAndNamesTracks) {

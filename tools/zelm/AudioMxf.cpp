@@ -216,7 +216,10 @@ public:
             return "is no sound";
         AudioTrack& track = file_.tracks.emplace_back();
         track.name = found.name;
-        track.coding = found.form.isWave() ? "PCM" : found.form.suffix;
+        bool const isPackets = found.form.isPackets();
+        if (isPackets)
+            found.form.shape = Shape::PacketSamples;
+        track.coding = isPackets ? "SMPTE 302M" : found.form.isWave() ? "PCM" : found.form.suffix;
         track.wrapping = found.container != nullptr ? wrappingText(found.container->wrapping()) : "";
         if (found.form.isWave())
             track.format = found.form.wave;
@@ -225,7 +228,7 @@ public:
         if (found.form.shape == Shape::EightChannels) {
             track.wrapping = "AES3 element";
             takeElement(element, track);
-        } else if (found.form.isWave() && track.wrapping == "frame" &&
+        } else if (found.form.isWave() && !isPackets && track.wrapping == "frame" &&
                    element.length % track.format.blockAlign() != 0) {
             track.odd.push_back("the first element has " + countText(element.length, "byte") +
                                 ", which are no whole samples of " +
@@ -241,7 +244,7 @@ public:
             return std::make_unique<NoOutput>();
         track->levels = std::make_shared<LevelMeter>(found.form.wave, options_.meter);
         auto output = makeSoundOutput(found.form, std::make_shared<MeterOutput>(track->levels), 0);
-        if (found.form.shape == Shape::EightChannels)
+        if (found.form.shape == Shape::EightChannels || found.form.shape == Shape::PacketSamples)
             return output;
         return std::make_unique<UnitWatch>(*track, std::move(output), found.form.wave.blockAlign(),
                                            cadenceOf(found, *track));

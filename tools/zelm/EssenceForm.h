@@ -13,20 +13,22 @@ namespace Zelm {
 
 struct EssenceForm {
     enum class Shape {
-        Stream,       ///< one file, edit unit after edit unit
-        Frames,       ///< a file for each edit unit
-        Samples,      ///< a Wave file of the samples as they are
-        AES3Samples,  ///< a Wave file of the samples, their auxiliary bits cleared
-        EightChannels ///< a Wave file of the samples in AES3 elements of eight channels
+        Stream,        ///< one file, edit unit after edit unit
+        Frames,        ///< a file for each edit unit
+        Samples,       ///< a Wave file of the samples as they are
+        AES3Samples,   ///< a Wave file of the samples, their auxiliary bits cleared
+        EightChannels, ///< a Wave file of the samples in AES3 elements of eight channels
+        PacketSamples  ///< a Wave file of the samples in packets of SMPTE 302M
     };
 
     Shape shape = Shape::Stream;
     std::string suffix = "bin"; ///< without the dot
 
-    /// For the shapes of Wave files.
+    /// For the shapes of Wave files; of a stream of SMPTE 302M packets the samples in them.
     MXF::Zelm::Essence::Wave::WaveFormat wave = {};
 
     bool isWave() const { return shape >= Shape::Samples; }
+    bool isPackets() const { return shape == Shape::Stream && wave.channels != 0; }
 };
 
 /// By the labels of the track's descriptor, else by the type of the element, else by its first bytes. `track`

@@ -224,7 +224,7 @@ void ExtractTracks::openSingle(Planned const& planned, std::optional<std::uint64
         return;
     if (track.form.isWave()) {
         auto setup = waveSetup(track);
-        if (track.form.shape != Shape::EightChannels)
+        if (track.form.shape != Shape::EightChannels && track.form.shape != Shape::PacketSamples)
             setup.dataBytes = dataBytes;
         track.output = makeSoundOutput(track.form, makeWaveOutput(planned.names, setup), 0);
     } else if (track.form.shape == Shape::Frames) {

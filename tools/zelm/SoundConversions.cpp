@@ -1,6 +1,7 @@
 #include "SoundConversions.h"
 
 #include <MXF/Zelm/DataIO/BufferSliceSource.h>
+#include <MXF/Zelm/Essence/AES3/S302M/PacketCutter.h>
 #include <MXF/Zelm/Essence/AES3/S302M/PacketWriter.h>
 #include <MXF/Zelm/Essence/Converters/PCMConverter.h>
 #include <MXF/Zelm/Essence/Converters/PCMToAES3.h>
@@ -11,6 +12,7 @@ namespace Zelm {
 using namespace MXF::Zelm;
 using Essence::PCMFormat;
 using Essence::AES3::AES3Info;
+using Essence::AES3::S302M::PacketCutter;
 using Essence::Wave::WaveFormat;
 using Shape = EssenceForm::Shape;
 
@@ -98,6 +100,12 @@ AES3Info infoOf(WaveFormat const& format) {
     return {evenChannels(format), bitsOf(format), {static_cast<int>(format.samplingRate), 1}};
 }
 
+/// The time of an instant in a transport stream.
+std::uint64_t ticksAt(std::uint64_t instant) {
+    constexpr std::uint64_t clockRate = 90000, samplingRate = 48000;
+    return instant / samplingRate * clockRate + instant % samplingRate * clockRate / samplingRate;
+}
+
 /// SMPTE 302M packets in a transport stream, one a picture.
 class TransportFile : public ConvertedFile {
 public:
@@ -122,10 +130,7 @@ private:
             writePacket(waiting_.size() - waiting_.size() % instantSize_);
     }
     void writePacket(std::uint64_t size) {
-        constexpr std::uint64_t clockRate = 90000, samplingRate = 48000;
-        transport_.write(packets_.packet(waiting_.splitFront(size)),
-                         written_ / samplingRate * clockRate +
-                             written_ % samplingRate * clockRate / samplingRate);
+        transport_.write(packets_.packet(waiting_.splitFront(size)), ticksAt(written_));
         written_ += size / instantSize_;
     }
 
@@ -134,6 +139,43 @@ private:
     std::size_t instantSize_;
     std::uint64_t written_ = 0; // instants
     DataIO::Chain waiting_;
+};
+
+/// SMPTE 302M packets that come as such, in a transport stream.
+class PacketTransport : public TrackOutput {
+public:
+    explicit PacketTransport(OutputNames names)
+        : names_(std::move(names)), file_(names_.file(), names_.options), transport_(file_.sink()) {}
+
+    void beginUnit(std::int64_t) override { unit_.clear(); }
+    void take(DataIO::Chain const& data) override {
+        if (unit_.size() < largestUnit)
+            unit_.append(data);
+    }
+    void endUnit() override {
+        PacketCutter packets(std::make_shared<DataIO::BufferSliceSource>(std::exchange(unit_, {})));
+        while (auto const packet = packets.next()) {
+            transport_.write(packet->bytes.contiguous(), ticksAt(written_));
+            written_ += packet->instants;
+        }
+    }
+    void complete() override {
+        file_.complete();
+        names_.whenComplete(file_);
+    }
+    void abandon(std::vector<std::string>& parts) override {
+        parts.push_back(file_.partName());
+        file_.abandon();
+    }
+
+private:
+    static constexpr std::uint64_t largestUnit = std::uint64_t{4} << 20;
+
+    OutputNames names_;
+    OutputFile file_;
+    Essence::MPEG::TransportWriter transport_;
+    DataIO::Chain unit_;
+    std::uint64_t written_ = 0; // instants
 };
 
 /// The words of SMPTE 331M elements as they stand in the file, behind each other.
@@ -185,6 +227,12 @@ public:
         auto& form = track.form;
         if (track.kind() != 'a')
             return "is no sound, which --as " + kind_ + " takes";
+        if (form.isPackets() && kind_ == "302m") {
+            form.suffix = "ts";
+            return {};
+        }
+        if (form.isPackets())
+            form = {Shape::PacketSamples, kind_, form.wave};
         if (!form.isWave())
             return "is no uncompressed sound, which --as " + kind_ + " takes";
         if (kind_ == "aes3" && form.shape == Shape::EightChannels) {
@@ -202,6 +250,8 @@ public:
     std::unique_ptr<TrackOutput> open(ExtractTrack const& track, OutputNames const& names) override {
         if (kind_ == "wav")
             return nullptr; // as without a conversion
+        if (track.form.shape == Shape::Stream && kind_ == "302m")
+            return std::make_unique<PacketTransport>(names);
         if (track.form.shape == Shape::Stream)
             return std::make_unique<ElementWords>(makeStreamOutput(names));
         return makeSoundOutput(track.form, makeFile(track, names), 0);

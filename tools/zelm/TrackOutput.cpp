@@ -1,6 +1,8 @@
 #include "TrackOutput.h"
 
+#include <MXF/Zelm/DataIO/BufferSliceSource.h>
 #include <MXF/Zelm/Essence/AES3/EightChannelElement.h>
+#include <MXF/Zelm/Essence/AES3/S302M/Source.h>
 #include <MXF/Zelm/Essence/Converters/SampleConverters.h>
 #include <MXF/Zelm/Essence/Wave/WaveWriter.h>
 #include <MXF/Zelm/Exceptions/Exceptions.h>
@@ -195,6 +197,36 @@ private:
     DataIO::Chain element_;
 };
 
+/// SMPTE 302M packets, whole ones in each edit unit.
+class PacketOutput : public SoundOutput {
+public:
+    PacketOutput(EssenceForm const& form, std::shared_ptr<WaveOutput> wave, std::size_t sound)
+        : SoundOutput(std::move(wave), sound), format_(form.wave) {}
+
+    void beginUnit(std::int64_t) override { packets_.clear(); }
+    void take(DataIO::Chain const& data) override {
+        if (packets_.size() < largestSoundElement)
+            packets_.append(data);
+    }
+    void endUnit() override {
+        using Essence::AES3::S302M::Source;
+        Source source(std::make_shared<DataIO::BufferSliceSource>(std::move(packets_)),
+                      Source::TwentyBits::In24Bits);
+        packets_.clear();
+        DataIO::Chain samples;
+        source.read(~std::uint64_t{0}, samples);
+        if (!samples.empty() && source.sampleSize() != format_.blockAlign())
+            throw Exceptions::InvalidStructure(
+                "packets of SMPTE 302M with " + std::to_string(source.info().channels) + " channels of " +
+                std::to_string(source.info().bitsPerSample) + " bits, the first were of another format");
+        put(std::move(samples));
+    }
+
+private:
+    Essence::Wave::WaveFormat format_;
+    DataIO::Chain packets_;
+};
+
 } // namespace
 
 std::string OutputNames::file() const {
@@ -236,6 +268,8 @@ std::unique_ptr<TrackOutput> makeSoundOutput(EssenceForm const& form, std::share
         return std::make_unique<EightChannelOutput>(form, std::move(wave), sound);
     case EssenceForm::Shape::AES3Samples:
         return std::make_unique<AES3Output>(std::move(wave), sound);
+    case EssenceForm::Shape::PacketSamples:
+        return std::make_unique<PacketOutput>(form, std::move(wave), sound);
     default:
         return std::make_unique<SoundOutput>(std::move(wave), sound);
     }

@@ -83,9 +83,15 @@ void TrackTap::take(EditUnit const& unit) {
 
 UnitHashes TrackTap::hashes() { return options_.asStream ? stream_.finish() : hashes_; }
 
-/// Sound that ends with another track may end before all of it was given.
+/// Sound that ends with another track may end before all of it was given, or go on: it has the length of the
+/// other one, where that is known.
 std::optional<std::uint64_t> TrackTap::byteCount() const {
-    return isOpen_ ? std::nullopt : inner_->byteCount();
+    if (!isOpen_)
+        return inner_->byteCount();
+    auto const duration = inner_->getDuration();
+    if (duration.numerator <= 0 || duration.denominator <= 0 || !inner_->isCBE())
+        return std::nullopt;
+    return GenericContainer::editUnitsWithin(duration, inner_->editRate()) * inner_->boundedEditUnitSize();
 }
 
 bool TrackTap::finalize() {

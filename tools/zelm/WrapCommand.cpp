@@ -59,6 +59,8 @@ public:
         parser.add_flag(
             "--aes3", options_.tracks.aes3,
             "Wrap sound as AES3, with its channel status in the descriptor, not as Broadcast Wave");
+        parser.add_flag("--packets", options_.tracks.packets,
+                        "Keep the packets of SMPTE 302M as they are, not the samples in them");
         parser.add_option("--play", plays_, "Of op3a and op3b: the edit units that play, one for each item")
             ->type_name("A:B")
             ->allow_extra_args(false);

@@ -134,6 +134,7 @@ constexpr InputKind inputKinds[] = {
     {"mpeg2", "MPEG-2 video", isVideo, true, addMpeg},
     {"avc", "AVC video", isAvc, true, addAvc},
     {"302m", "SMPTE 302M sound", isS302M, false, nullptr, s302mStreams},
+    {s302mPackets, "packets of SMPTE 302M (--packets)", nullptr, false, addS302MPackets},
     {"ancillary", "packets of VBI and ANC (JSON)", isAncillary, true, addAncillary},
     {"samples", "samples (--pcm)", isSamples, false, addSamples},
     {"data", "data (--as data)", nullptr, false, addData},

@@ -24,6 +24,12 @@ struct InputHead {
     std::string as;                 ///< the name of its kind, where that is told; else its bytes tell
     MXF::Zelm::Essence::Wave::WaveFormat pcm = {}; ///< of samples and nothing else
 
+    /// The channel status that the channels of `pcm` came with; empty when they came with none.
+    std::vector<MXF::Zelm::Essence::AES3::ChannelStatus> channelStatus = {};
+
+    /// Of packets of sound, instants by which they begin behind the pictures.
+    std::int64_t shift = 0;
+
     /// Of a sequence of files, which are one input, their names in order; else empty.
     std::vector<std::string> sequence = {};
 

@@ -139,6 +139,8 @@ struct WrapPlan::Waiting {
 void WrapPlan::checkTracks(TrackMaking const& making, WrapOptions const& options) const {
     if (!options.tracks.resources.empty() && making.streams == 0)
         throw CannotWrap("--resource: there is no timed text that resources could belong to");
+    if (options.tracks.packets && !making.hasPackets)
+        throw CannotWrap("--packets: no input has packets of SMPTE 302M");
     auto const& map = options.tracks.channelMap;
     if (map && making.channels % map->channelCount() != 0)
         throw CannotWrap("--map names " + std::to_string(map->channelCount()) +

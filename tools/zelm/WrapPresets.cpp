@@ -118,7 +118,7 @@ void joinD10Sounds(std::vector<std::vector<WrapTrack>>& opened) {
             if (!track.tail)
                 continue;
             track.tail->extent(SilentTail::Extent::Endless);
-            inputs.push_back({track.tail, track.format});
+            inputs.push_back({track.tail, track.format, track.channelStatus});
             channels += track.format.channels;
             first = first != nullptr ? first : &track;
         }

@@ -73,12 +73,16 @@ public:
                     splitter.emplace(tail, all, sound.format.sampleBytes);
                 source = splitter->range(first, each);
             }
-            addTrack(sound, tail, source, each);
+            addTrack(sound, tail, source, {first, each});
             making_.channels += each;
         }
     }
 
 private:
+    struct Channels {
+        unsigned first, count;
+    };
+
     /// Channels of the track that begins with channel `first` of `all`: as many as each track is to have,
     /// else those of a group of the map, else all.
     unsigned channelsFrom(unsigned first, unsigned all) const {
@@ -106,7 +110,8 @@ private:
     }
 
     void addTrack(OpenSound const& sound, std::shared_ptr<SilentTail> const& tail,
-                  Templates::SharedPtr<DataIO::SliceSource> const& source, unsigned channels) {
+                  Templates::SharedPtr<DataIO::SliceSource> const& source, Channels range) {
+        unsigned const channels = range.count;
         PCMOptions options;
         bool const isAES3 = making_.isPreset("rdd9") || making_.options.aes3;
         options.mapping = isAES3 ? PCMOptions::Mapping::AES3 : PCMOptions::Mapping::BroadcastWave;
@@ -115,6 +120,8 @@ private:
         options.channelMap = making_.options.channelMap;
         options.firstChannel = making_.channels;
         options.origin = origin_;
+        for (std::size_t i = range.first; i < head_.channelStatus.size() && i < range.first + channels; ++i)
+            options.channelStatus.push_back(head_.channelStatus[i]);
         options.hasConstantSize = making_.layout.preset() != nullptr &&
                                   making_.layout.preset()->constantSound &&
                                   options.wrapping == Wrapping::Frame;
@@ -136,6 +143,7 @@ private:
         track.source = making_.sources - 1;
         track.tail = tail;
         track.format = sound.format;
+        track.channelStatus = options.channelStatus;
         track.samples = sound.count;
         tracks_.push_back(std::move(track));
     }

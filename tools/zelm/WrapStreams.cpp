@@ -2,13 +2,16 @@
 
 #include <MXF/Zelm/Essence/AES3/S302M/Source.h>
 #include <MXF/Zelm/Exceptions/Exceptions.h>
+#include <MXF/Zelm/GenericContainer/Analyzers/S302MAnalyzer.h>
 
 #include <cmath>
 
 namespace Zelm {
 
 using namespace MXF::Zelm;
+using Essence::AES3::ChannelStatus;
 using Essence::AES3::S302M::Header;
+using Essence::AES3::S302M::PacketCutter;
 using Essence::Wave::WaveFormat;
 using S302MSource = Essence::AES3::S302M::Source;
 
@@ -34,16 +37,22 @@ WaveFormat formatOf(std::string const& name, S302MSource& packets) {
     return format;
 }
 
-/// The size of a packet whose head stands at `bytes`, 0 when there is none.
-std::size_t packetSize(const unsigned char* bytes) {
-    constexpr std::size_t pairSizes[] = {5, 6, 7}; // for 16, 20 and 24 bits
-    constexpr unsigned char alignment = 0x0F;
-    std::size_t const bits = bytes[3] >> 4 & 3u;
-    std::size_t const payload = Header(bytes).audioPacketSize();
-    if ((bytes[3] & alignment) != 0 || bits == 3 || payload == 0 ||
-        payload % (pairSizes[bits] * (Header(bytes).numberOfChannels() / 2u)) != 0)
-        return 0;
-    return Header::size() + payload;
+/// What comes with the channels among the first samples, which have room for several blocks of it.
+std::vector<ChannelStatus> channelStatusOf(S302MSource& packets) {
+    constexpr std::uint64_t searched = 4000; // instants
+    try {
+        DataIO::Chain samples;
+        packets.readSamples(searched, samples);
+    } catch (Exceptions::SystemError const&) {
+        throw;
+    } catch (Exceptions::BaseException const&) {
+        // Who reads the sound itself tells.
+    }
+    std::vector<ChannelStatus> found(packets.info().channels);
+    for (unsigned channel = 0; channel < found.size(); ++channel)
+        if (auto const* const status = packets.channelStatus(channel))
+            found[channel] = *status;
+    return found;
 }
 
 } // namespace
@@ -69,10 +78,28 @@ InputHead soundInput(std::string const& name, InputHead::Opening const& opening,
 
 InputHead s302mInput(std::string const& name, InputHead::Opening const& opening, std::int64_t shift,
                      TrackMaking const& making) {
-    auto const format = formatOf(name, *openPackets(opening, making.blocks));
-    return soundInput(
+    if (making.options.packets) {
+        InputHead head(name, opening);
+        head.as = s302mPackets;
+        head.shift = shift;
+        return head;
+    }
+    auto const packets = openPackets(opening, making.blocks);
+    auto const format = formatOf(name, *packets);
+    auto head = soundInput(
         name, [opening](InputHead::Blocks const& blocks) { return openPackets(opening, blocks); }, format,
         shift, making);
+    head.channelStatus = channelStatusOf(*packets);
+    return head;
+}
+
+void addS302MPackets(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
+    auto const analyzer = std::make_shared<GenericContainer::S302MAnalyzer>(head.open(making), head.shift);
+    analyzer->editRate(making.rate);
+    if (!analyzer->preload())
+        throw CannotWrap(head.name + ": has no packets of SMPTE 302M");
+    addTrack(tracks, 'a', head, "SMPTE 302M packets", analyzer, making.sources++);
+    making.hasPackets = true;
 }
 
 /// Each packet tells where the next one is: three in a row are no chance, nor are fewer that fill the file.
@@ -80,7 +107,7 @@ bool isS302M(InputHead const& head, TrackMaking const&) {
     constexpr std::size_t enough = 3;
     std::size_t at = 0, count = 0;
     for (; count < enough && head.bytes.size() - at >= Header::size(); ++count) {
-        auto const size = packetSize(head.bytes.data() + at);
+        auto const size = PacketCutter::sizeOf(head.bytes.data() + at);
         if (size == 0)
             return false;
         if (size > head.bytes.size() - at)

@@ -22,12 +22,18 @@ std::vector<InputHead> aviStreams(InputHead const& head, TrackMaking& making);
 bool isS302M(InputHead const& head, TrackMaking const& making);
 std::vector<InputHead> s302mStreams(InputHead const& head, TrackMaking& making);
 
+/// The kind of an input whose packets stay as they are, as `--as` names it.
+inline constexpr const char* s302mPackets = "302m-packets";
+
+/// A track of packets as they are.
+void addS302MPackets(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks);
+
 /// A sound inside of a file. `opening` gives samples of `format`, which `shift` moves, in instants.
 InputHead soundInput(std::string const& name, InputHead::Opening const& opening,
                      MXF::Zelm::Essence::Wave::WaveFormat const& format, std::int64_t shift,
                      TrackMaking const& making);
 
-/// The same of a source of SMPTE 302M packets.
+/// The same of a source of SMPTE 302M packets, which stay packets where the options say so.
 InputHead s302mInput(std::string const& name, InputHead::Opening const& opening, std::int64_t shift,
                      TrackMaking const& making);
 

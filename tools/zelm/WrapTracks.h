@@ -6,6 +6,7 @@
 #include "TrackTap.h"
 
 #include <MXF/Zelm/DataIO/Memory/MemoryBlockFactory.h>
+#include <MXF/Zelm/Essence/AES3/ChannelStatus.h>
 #include <MXF/Zelm/MXFIO/GenericStreamPartitionWriter.h>
 #include <MXF/Zelm/Metadata/Structural/ChannelMap.h>
 
@@ -45,6 +46,8 @@ struct WrapTrack {
     std::shared_ptr<SilentTail> tail = nullptr;
     MXF::Zelm::Essence::Wave::WaveFormat format = {};    ///< the same, of the input
     std::optional<std::uint64_t> samples = std::nullopt; ///< of the input, if it tells
+    std::vector<MXF::Zelm::Essence::AES3::ChannelStatus> channelStatus =
+        {}; ///< of each channel, if it has one
 
     std::shared_ptr<OpenEnd> openEnd = nullptr; ///< of data that has one
 
@@ -64,6 +67,7 @@ struct TrackOptionsOfWrap {
     std::string as;                                    ///< the name of the kind that all inputs are of
     std::uint16_t program = 0;                         ///< of transport streams; 0 for the first one
     bool aes3 = false;                                 ///< sound is wrapped as AES3, with its channel status
+    bool packets = false;                              ///< SMPTE 302M stays in its packets
     std::optional<std::uint64_t> first = std::nullopt; ///< number of a sequence of files
     std::vector<std::string> resources = {};           ///< of timed text: [UUID=][TYPE=]FILE
 };
@@ -85,6 +89,7 @@ struct TrackMaking {
     std::size_t sources = 0;
     std::uint32_t streams = 0;                                     ///< generic streams so far
     std::size_t channels = 0;                                      ///< of sounds so far
+    bool hasPackets = false;                                       ///< of SMPTE 302M, kept as they are
     std::shared_ptr<std::vector<std::string>> dataFiles = nullptr; ///< edit units of the data track
 
     /// What a person should know; sources add to them while they are read.

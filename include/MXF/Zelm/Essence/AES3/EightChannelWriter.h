@@ -49,6 +49,10 @@ public:
     /// valid. All channels have the same block. Without it these bits are 0 and not valid.
     void channelStatus(ChannelStatus const& status);
 
+    /// The same of one channel, 0 to 7; those that get none have blocks of zeros. Throws
+    /// Exceptions::InvalidValue for another channel.
+    void channelStatus(unsigned channel, ChannelStatus const& status);
+
     /// An element of all samples in `pcm`: `nextSampleCount()` of them, or fewer, as at the end, or more.
     /// Throws Exceptions::InvalidLength when they are not whole, or more than `mostSamples`.
     DataIO::Slice element(DataIO::Chain const& pcm);

@@ -23,7 +23,7 @@ struct MXFZELM_EXPORT Chunk {
     std::string id;        ///< four characters
     std::uint64_t offset;  ///< of its content, in the source
     std::uint64_t size;    ///< of its content, in bytes
-    DataIO::Slice content; ///< empty when it is larger than `WaveReader::largestChunk`
+    DataIO::Slice content; ///< empty when it was too large, see `WaveReader::mostKept`
 };
 
 /// What the content of a `bext` chunk says; absent when it is too short for one.
@@ -32,8 +32,9 @@ MXFZELM_EXPORT std::optional<BroadcastExtension> readBroadcastExtension(const un
 
 class MXFZELM_EXPORT WaveReader : public Platform::Allocated {
 public:
-    /// Chunks up to this size are kept in memory, in bytes.
-    static constexpr std::uint64_t largestChunk = std::uint64_t{1} << 20;
+    /// Chunks are kept in memory as long as all together have no more bytes than this: room for the
+    /// documents (axml, iXML) and pictures of real files.
+    static constexpr std::uint64_t mostKept = std::uint64_t{64} << 20;
 
     /// More chunks no file has.
     static constexpr std::size_t mostChunks = 1000;
@@ -96,6 +97,7 @@ private:
     std::optional<BroadcastExtension> broadcast_;
     std::optional<std::uint64_t> dataSize_;
     std::uint64_t dataOffset_ = 0;
+    std::uint64_t kept_ = 0; // bytes of chunks
     Templates::SharedPtr<DataIO::SliceSource> samples_;
     std::vector<Chunk> chunks_;
 };

@@ -18,6 +18,9 @@ public:
     struct Input {
         Templates::SharedPtr<DataIO::SliceSource> samples;
         Essence::Wave::WaveFormat format;
+
+        /// The channel status that the channels came with, for the words of the element; empty for none.
+        Templates::vector<Essence::AES3::ChannelStatus> channelStatus = {};
     };
 
     /// `format` is that of the pictures. `declaredChannels` for the descriptor; 0 for what D-10 knows, 4
@@ -47,6 +50,8 @@ protected:
     std::uint64_t read(EditUnit& unit) override;
 
 private:
+    void takeChannelStatus(Templates::vector<Input> const& inputs);
+
     D10Format format_;
     Essence::Converters::ChannelMerger sound_;
     Essence::AES3::EightChannelWriter writer_;

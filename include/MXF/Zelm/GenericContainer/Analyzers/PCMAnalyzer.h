@@ -2,6 +2,7 @@
 #pragma once
 
 #include "MXF/Zelm/DataIO/SliceSource.h"
+#include "MXF/Zelm/Essence/AES3/ChannelStatus.h"
 #include "MXF/Zelm/Essence/Wave/WaveReader.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/BasicAnalyzer.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/WaveOrigin.h"
@@ -30,6 +31,10 @@ struct MXFZELM_EXPORT PCMOptions {
 
     /// Instants from midnight to the first sample, for timecode; none when it is not known.
     std::optional<std::uint64_t> timeReference = std::nullopt;
+
+    /// Of AES3, the channel status that each channel came with, for the descriptor. A block that is all zero
+    /// says nothing: channels that have one, or none at all, get one that tells of their format.
+    Templates::vector<Essence::AES3::ChannelStatus> channelStatus = {};
 
     /// How channels are assigned, for the descriptor.
     std::optional<Types::UniversalLabel> channelAssignment = std::nullopt;

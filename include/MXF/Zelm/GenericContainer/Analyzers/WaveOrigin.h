@@ -36,7 +36,7 @@ struct MXFZELM_EXPORT WaveOrigin {
     std::optional<std::uint64_t> sampleCount;
     std::vector<Essence::Wave::KeptChunk> chunks;
 
-    /// Names of chunks that were too large to be kept (`WaveReader::largestChunk`).
+    /// Names of chunks that were too large to be kept (`WaveReader::mostKept`).
     std::vector<std::string> leftOut;
 };
 

@@ -32,6 +32,13 @@ void EightChannelWriter::channelStatus(ChannelStatus const& status) {
     statuses_.assign(channelCount, status);
 }
 
+void EightChannelWriter::channelStatus(unsigned channel, ChannelStatus const& status) {
+    if (channel >= channelCount)
+        throw Exceptions::InvalidValue("Channel " + std::to_string(channel) + " of 8");
+    statuses_.resize(channelCount);
+    statuses_[channel] = status;
+}
+
 DataIO::Slice EightChannelWriter::element(DataIO::Chain const& pcm) {
     if (pcm.size() % format_.instantSize() != 0 || pcm.size() / format_.instantSize() > mostSamples)
         throw Exceptions::InvalidLength(

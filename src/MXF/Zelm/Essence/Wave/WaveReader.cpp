@@ -120,14 +120,15 @@ std::optional<WaveReader::Head> WaveReader::nextHead() {
 
 /// Of a chunk that is too large to be kept, nothing; of one that is cut off, what is there.
 DataIO::Slice WaveReader::content(Head const& head) {
-    if (head.size > largestChunk) {
+    if (head.size > mostKept - kept_) {
         source_->skip(head.size);
         return {};
     }
     DataIO::Chain bytes;
-    source_->read(head.size, bytes);
+    kept_ += source_->read(head.size, bytes);
     auto const joined = bytes.contiguous();
-    return DataIO::Slice::copyOf(joined.data(), joined.size());
+    bool const isShared = bytes.slices().size() == 1; // with all else that was read at once
+    return isShared ? DataIO::Slice::copyOf(joined.data(), joined.size()) : joined;
 }
 
 void WaveReader::takeChunk(Head const& found) {
@@ -226,7 +227,7 @@ void WaveReader::readRest() {
     if (*dataSize_ % 2 != 0)
         source_->skip(1);
     while (auto const head = nextHead()) {
-        if (head->size > largestChunk && source_->endOfStream())
+        if (head->size > mostKept - kept_ && source_->endOfStream())
             return;
         takeChunk(*head);
     }

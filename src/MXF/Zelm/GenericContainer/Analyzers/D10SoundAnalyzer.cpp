@@ -54,6 +54,19 @@ D10SoundAnalyzer::D10SoundAnalyzer(Templates::vector<Input> const& inputs, D10Fo
         declaredChannels_ = sound_.format().channels > 4 ? 8 : 4;
     for (auto const& input : inputs)
         bits_ = std::max(bits_, std::min<unsigned>(input.format.validBits, mostBits));
+    takeChannelStatus(inputs);
+}
+
+/// Blocks that are all zero say nothing, not even that there is channel status.
+void D10SoundAnalyzer::takeChannelStatus(Templates::vector<Input> const& inputs) {
+    unsigned first = 0;
+    for (auto const& input : inputs) {
+        auto const count = std::min<std::size_t>(input.channelStatus.size(), input.format.channels);
+        for (unsigned i = 0; i < count; ++i)
+            if (!(input.channelStatus[i] == Essence::AES3::ChannelStatus()))
+                writer_.channelStatus(first + i, input.channelStatus[i]);
+        first += input.format.channels;
+    }
 }
 
 D10SoundAnalyzer::~D10SoundAnalyzer() = default;

@@ -1,6 +1,5 @@
 #include "MXF/Zelm/GenericContainer/Analyzers/PCMAnalyzer.h"
 
-#include "MXF/Zelm/Essence/AES3/ChannelStatus.h"
 #include "MXF/Zelm/Essence/Converters/ChannelSplitter.h"
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/GenericContainer/ElementKey.h"
@@ -21,8 +20,7 @@ using Metadata::Structural::FileDescriptor;
 using Metadata::Structural::WAVEAudioEssenceDescriptor;
 
 /// Values of ElectroSpatialFormulation, ChannelStatusMode and AuxBitsMode.
-constexpr std::uint8_t singleChannel = 2, severalChannels = 15, fixedStatus = 3, auxiliaryBitsAreAudio = 1,
-                       noEmphasis = 4;
+constexpr std::uint8_t singleChannel = 2, severalChannels = 15, fixedStatus = 3, auxiliaryBitsAreAudio = 1;
 
 /// Channels are assigned by labels (SMPTE 377-4, as SMPTE 2067-2 applies it).
 constexpr auto assignedByLabels = "060E2B34.0401010D.04020210.04010000"_key;
@@ -53,17 +51,31 @@ ChannelStatus channelStatusOf(WaveFormat const& format) {
     return status;
 }
 
-void describeChannelStatus(AES3AudioEssenceDescriptor& descriptor, WaveFormat const& format) {
-    auto const status = channelStatusOf(format);
+/// Three bits of channel status as the enumerations of descriptors hold them: the first to travel is the most
+/// significant one.
+std::uint8_t inReadingOrder(unsigned bits) {
+    return static_cast<std::uint8_t>((bits & 1u) << 2 | (bits & 2u) | bits >> 2);
+}
+
+/// What descriptors say once for all channels is taken from the first.
+void describeChannelStatus(AES3AudioEssenceDescriptor& descriptor, WaveFormat const& format,
+                           Templates::vector<ChannelStatus> const& found) {
+    auto const made = channelStatusOf(format);
+    auto const statusOf = [&](std::size_t channel) {
+        return channel < found.size() && !(found[channel] == ChannelStatus()) ? found[channel] : made;
+    };
     Types::Array modes(Types::Identifiers::UInt8), bytes(Types::Identifiers::UInt8);
     for (unsigned channel = 0; channel < format.channels; ++channel) {
         modes.add(Types::UInt8(fixedStatus));
+        auto const status = statusOf(channel);
         for (std::size_t i = 0; i < ChannelStatus::serializedSize(); ++i)
             bytes.add(Types::UInt8(status.rawBuffer()[i]));
     }
-    descriptor.emphasis(Types::UInt8(noEmphasis));
+    bool const isMade = statusOf(0) == made;
+    descriptor.emphasis(Types::UInt8(inReadingOrder(statusOf(0).audioSignalEmphasis())));
     descriptor.blockStartOffset(Types::UInt16(0));
-    descriptor.auxBitsMode(Types::UInt8(format.validBits > 20 ? auxiliaryBitsAreAudio : 0));
+    descriptor.auxBitsMode(Types::UInt8(isMade ? (format.validBits > 20 ? auxiliaryBitsAreAudio : 0)
+                                               : inReadingOrder(statusOf(0).useOfAuxiliarySampleBits())));
     descriptor.channelStatusMode(modes);
     descriptor.fixedChannelStatusData(bytes);
 }
@@ -174,7 +186,7 @@ FileDescriptor& PCMAnalyzer::describe(Metadata::PartitionMetadata& metadata, Fil
         descriptor.channelAssignment(*options_.channelAssignment);
     describeChannels(metadata, descriptor);
     if (auto* const aes3 = dynamic_cast<AES3AudioEssenceDescriptor*>(&descriptor))
-        describeChannelStatus(*aes3, format_);
+        describeChannelStatus(*aes3, format_, options_.channelStatus);
     return descriptor;
 }
 

@@ -6,6 +6,7 @@
 #include "MXF/Zelm/Platform/Text.h"
 
 #include <algorithm>
+#include <set>
 
 namespace MXF::Zelm::GenericContainer {
 
@@ -20,9 +21,6 @@ constexpr const char* ownChunks[] = {"fmt ", "data", "ds64", "fact", "JUNK", "ju
 
 /// Bytes that a property can hold: its length has 16 bits.
 constexpr std::size_t largestValue = 0xFFFF;
-
-/// All chunks of a Wave file that is read.
-constexpr std::size_t mostBytes = std::size_t{64} << 20;
 
 std::uint32_t idOf(std::string const& text) {
     std::uint32_t id = 0;
@@ -101,7 +99,8 @@ SourcePackage& createOrigin(Metadata::PartitionMetadata& metadata, WaveOrigin co
                   origin.sampleCount.value_or(unknownLength), 0);
     if (!origin.broadcast)
         return package;
-    descriptor.bextCodingHistory(Types::UTF16String(Platform::toUtf16(origin.broadcast->codingHistory)));
+    auto const history = Platform::toUtf16(origin.broadcast->codingHistory);
+    descriptor.bextCodingHistory(Types::UTF16String(history.substr(0, largestValue / sizeof history[0])));
     if (rate.isKnown())
         addTimeReference(metadata, package, origin, rate);
     return package;
@@ -120,15 +119,13 @@ Track const* soundTrackOf(SourcePackage const& package) {
 WaveOrigin::WaveOrigin(WaveReader& wave)
     : format(wave.format()), broadcast(wave.broadcast()), sampleCount(wave.sampleCount()) {
     wave.readRest();
-    std::size_t bytes = 0;
     for (auto const& chunk : wave.chunks()) {
         if (std::find(std::begin(ownChunks), std::end(ownChunks), chunk.id) != std::end(ownChunks))
             continue;
-        if (chunk.content.size() < chunk.size || chunk.size > mostBytes - bytes) {
+        if (chunk.content.size() < chunk.size) {
             leftOut.push_back(chunk.id);
             continue;
         }
-        bytes += chunk.content.size();
         chunks.push_back({chunk.id, {chunk.content.begin(), chunk.content.end()}});
     }
 }
@@ -157,9 +154,10 @@ std::vector<KeptChunk> originChunks(Metadata::PartitionMetadata const& metadata,
         source != nullptr ? dynamic_cast<WAVEAudioPhysicalDescriptor const*>(source->descriptor()) : nullptr;
     if (descriptor == nullptr)
         return chunks;
-    std::size_t missing = 0; // of the last chunk
+    std::size_t missing = 0;               // of the last chunk
+    std::set<UnknownChunkSet const*> seen; // a file may refer to one set thousands of times
     for (auto const* const set : descriptor->unknownBWFChunks()) {
-        if (set->chunkID() == nullptr || set->chunkData() == nullptr)
+        if (set->chunkID() == nullptr || set->chunkData() == nullptr || !seen.insert(set).second)
             continue;
         auto const& data = set->chunkData()->bytes();
         std::string const id = textOf(set->chunkID()->value());
