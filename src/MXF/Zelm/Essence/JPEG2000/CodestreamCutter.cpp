@@ -114,8 +114,22 @@ void CodestreamCutter::takeHeaderBox(std::uint64_t begin, std::uint64_t end) {
     }
 }
 
+/// What writers fill up with behind a codestream: zeros or ones, up to another one, a box or the end.
+void CodestreamCutter::passPadding() {
+    while (require(1)) {
+        std::uint32_t const byte = integerAt(0, 1);
+        bool const isWhole = require(boxHeaderSize);
+        bool const isPadding = byte == 0 || byte == 0xFF;
+        if (!isPadding || (isWhole && (integerAt(0, 4) == codestreamStart || isBoxType(integerAt(4, 4)))))
+            return;
+        drop(1);
+    }
+}
+
 /// Passes over boxes up to the start of a codestream; false at the end.
 bool CodestreamCutter::passBoxes() {
+    if (isBehindCodestream_)
+        passPadding();
     while (require(1)) {
         if (!require(boxHeaderSize))
             return endAmid("codestream", start_);
@@ -218,6 +232,7 @@ bool CodestreamCutter::next(Unit& unit) {
     unit.offset = start_;
     unit.data = bytes_.splitFront(*end);
     start_ += *end;
+    isBehindCodestream_ = true;
     return true;
 }
 
