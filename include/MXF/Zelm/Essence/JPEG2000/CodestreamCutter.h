@@ -55,6 +55,7 @@ private:
     std::uint32_t integerAt(std::uint64_t position, unsigned bytes) const;
     std::uint64_t drop(std::uint64_t size);
     bool endAmid(const char* what, std::uint64_t offset);
+    std::uint64_t paddingSize() const;
     void passPadding();
     bool passBox();
     bool passBoxes();
