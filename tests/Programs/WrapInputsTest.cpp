@@ -214,6 +214,7 @@ TEST(WrapInputs, RefusesPacketsThatCannotBe) {
                                     {R"("edit_unit": 0, "checksum": 1024)", "checksum"},
                                     {R"("edit_unit": 0, "data": "0G")", "hexadecimal"},
                                     {R"("edit_unit": 0, "kind": "HANC")", "kind"},
+                                    {R"("edit_unit": 0, "a": [[[[[[[[[[[[[[[[[[]]]]]]]]]]]]]]]]]])", "deep"},
                                     {R"("edit_unit": 0, [)", "no JSON"}}) {
         Json packet = {{"did", 65}, {"sdid", 5}, {"data", "00"}};
         auto const base = packet.dump();
