@@ -64,6 +64,24 @@ TEST(JPEG2000, CutsStreamsAndJp2Files) {
     EXPECT_EQ(cutter.fault(), "");
 }
 
+TEST(JPEG2000, PassesOverPaddingBehindCodestreams) {
+    Bytes const picture = codestream();
+    for (const char* padding : {"00", "FF FF FF", "00 00 00 00 00", "FF FF FF FF FF FF FF FF FF 00 00 00"})
+        for (auto const& next : {picture, jp2File(picture)}) {
+            auto cutter = cutterOf(picture + hex(padding) + next + hex(padding));
+            CodestreamCutter::Unit unit;
+            for (int i = 0; i < 2; ++i) {
+                ASSERT_TRUE(cutter.next(unit)) << padding;
+                EXPECT_TRUE(unit.data.equals(picture.data(), picture.size()));
+            }
+            EXPECT_FALSE(cutter.next(unit));
+            EXPECT_EQ(cutter.fault(), "");
+        }
+    CodestreamCutter::Unit unit;
+    EXPECT_THROW(cutterOf(hex("00 00 00 00 00 00 00 00 00") + picture).next(unit), Exceptions::InvalidFormat)
+        << "before the first one";
+}
+
 TEST(JPEG2000, TellsWhatIsCutOff) {
     Bytes const whole = jp2File(codestream());
     std::size_t const untilCodestream = whole.size() - codestream().size();

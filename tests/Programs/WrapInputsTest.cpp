@@ -1,6 +1,7 @@
 // zelm wrap: files that hold streams, and packets of VBI and ancillary data. tests/peers/compare-inputs holds
 // such files of other programs against what they decode to.
 #include "DataIO/Cuts.h"
+#include "support/AVCStream.h"
 #include "support/Files.h"
 #include "support/MPEGStream.h"
 #include "support/Program.h"
@@ -77,6 +78,26 @@ TEST(WrapInputs, TakesStreamsOutOfPackets) {
     EXPECT_EQ(report["tracks"][0]["md5"], inputs.md5("clip.m2v", video()));
     ASSERT_EQ(report["notes"].size(), 1u);
     EXPECT_NE(report["notes"][0].get<std::string>().find("stream 0xC0 (MPEG audio)"), std::string::npos);
+}
+
+TEST(WrapInputs, TakesAVCThatBeginsAmidAGroup) {
+    auto const head = hex(R"(
+        00 00 01 BA  44 00 04 00 04 01 00 00 03 F8
+        00 00 01 BC  00 0E  E0 FF  00 00  00 04  1B E0 00 00  00 00 00 00   # a map: AVC
+    )");
+    Bytes pictures;
+    for (auto const& [picture, place] : avcPictures())
+        pictures = pictures + picture;
+    auto const cut = hex("00 00 00 01 41 9A 22 6C") + repeated(60000, 0x55); // of the group before
+    Inputs const inputs;
+    auto const file = inputs.add("clip.vob", head + pes(0xE0, cut) + pes(0xE0, cut) + pes(0xE0, pictures));
+    auto const tracks = inputs.report({file})["tracks"];
+    ASSERT_EQ(tracks.size(), 1u);
+    EXPECT_EQ(tracks[0]["md5"], inputs.md5("clip.h264", pictures));
+    auto const other = slice(head, 0, 26) + hex("24") + slice(head, 27, head.size() - 27);
+    auto const refused = inputs.wrap({inputs.add("hevc.vob", other + pes(0xE0, pictures))});
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_NE(refused.errors.find("(HEVC): pictures of this coding"), std::string::npos) << refused.errors;
 }
 
 Bytes longs(std::initializer_list<std::uint32_t> values) {
@@ -234,6 +255,7 @@ TEST(WrapInputs, RefusesPacketsThatCannotBe) {
                                     {R"("edit_unit": 0, "checksum": 1024)", "checksum"},
                                     {R"("edit_unit": 0, "data": "0G")", "hexadecimal"},
                                     {R"("edit_unit": 0, "kind": "HANC")", "kind"},
+                                    {R"("edit_unit": 0, "a": [[[[[[[[[[[[[[[[[[]]]]]]]]]]]]]]]]]])", "deep"},
                                     {R"("edit_unit": 0, [)", "no JSON"}}) {
         Json packet = {{"did", 65}, {"sdid", 5}, {"data", "00"}};
         auto const base = packet.dump();

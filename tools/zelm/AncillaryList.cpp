@@ -138,9 +138,10 @@ class Parser {
 public:
     AncillaryList parse(std::string_view text) {
         try {
-            auto const rest = Json::parse(text.begin(), text.end(), [this](int, auto event, Json& value) {
-                return event != Json::parse_event_t::object_end || !take(value);
-            });
+            auto const rest =
+                Json::parse(text.begin(), text.end(), [this](int depth, auto event, Json& value) {
+                    return keeps(depth, event, value);
+                });
             takeTracks(rest);
         } catch (Json::exception const&) {
             throw BadAncillaryText("is no JSON" +
@@ -150,6 +151,29 @@ public:
     }
 
 private:
+    using Event = Json::parse_event_t;
+
+    static constexpr int deepest = 16;                              // packets are 2 deep
+    static constexpr std::size_t mostBeside = std::size_t{1} << 14; // values that are in no packet
+
+    /// What has been read stays in memory, up to a bound, but for packets: they are taken out of the text.
+    bool keeps(int depth, Event event, Json& value) {
+        if (depth > deepest)
+            throw BadAncillaryText("has values more than " + std::to_string(deepest) + " deep");
+        if (event == Event::object_start || event == Event::array_start)
+            before_.push_back(kept_);
+        if (event != Event::object_end && event != Event::array_end) {
+            if (++kept_ > mostBeside)
+                throw BadAncillaryText("has too much that is no packet");
+            return true;
+        }
+        auto const before = before_.back();
+        before_.pop_back();
+        bool const isPacket = event == Event::object_end && take(value);
+        kept_ = isPacket ? before : kept_;
+        return !isPacket;
+    }
+
     /// Takes an object that is a packet, so that the text is never held as a whole; false for another one.
     bool take(Json const& value) {
         if (!value.is_object() || !value.contains("edit_unit"))
@@ -211,6 +235,8 @@ private:
 
     AncillaryList list_;
     std::uint64_t rows_ = 0;
+    std::size_t kept_ = 0;            // values
+    std::vector<std::size_t> before_; // the same, where each open value began
 };
 
 } // namespace

@@ -52,9 +52,10 @@ struct AudioFile {
     std::optional<MXF::Zelm::Essence::Wave::BroadcastExtension> broadcast;
     std::vector<AudioChunk> chunks; ///< of a Wave file, besides samples and sizes
     std::deque<AudioTrack> tracks;
-    std::vector<std::string> odd; ///< what disagrees in the file as a whole
-    std::vector<Fault> faults;    ///< what could not be read
-    FileInfo mxf;                 ///< of an MXF file
+    std::vector<std::string> odd;   ///< what disagrees in the file as a whole
+    std::vector<std::string> notes; ///< what a person should know besides
+    std::vector<Fault> faults;      ///< what could not be read
+    FileInfo mxf;                   ///< of an MXF file
 
     bool isOdd() const;
 };

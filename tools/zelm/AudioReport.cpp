@@ -174,7 +174,7 @@ Json trackJson(AudioTrack const& track) {
 Json fileJson(AudioFile const& file) {
     Json json{{"file", file.file},         {"kind", file.kind},       {"bytes", file.size},
               {"bext", nullptr},           {"chunks", Json::array()}, {"tracks", Json::array()},
-              {"disagreements", file.odd}, {"faults", Json::array()}};
+              {"disagreements", file.odd}, {"notes", file.notes},     {"faults", Json::array()}};
     if (file.broadcast)
         json["bext"] = {{"description", file.broadcast->description},
                         {"originator", file.broadcast->originator},
@@ -224,6 +224,8 @@ void printAudioText(AudioFile const& file) {
     for (auto const& track : file.tracks)
         for (auto const& odd : track.odd)
             std::cout << "  ! " << track.name << ": " << printable(odd) << "\n";
+    for (auto const& note : file.notes)
+        std::cout << "  " << printable(note) << "\n";
     for (auto const& odd : file.odd)
         std::cout << "  ! " << printable(odd) << "\n";
 }

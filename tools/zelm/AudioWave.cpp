@@ -197,7 +197,8 @@ void readAviAudio(AudioFile& file, AudioOptions const& options) {
     for (std::size_t i = 0; i < reader.streams().size(); ++i) {
         auto const& stream = reader.streams()[i];
         if (stream.header.content() == Essence::AVI::Content::InterleavedDV)
-            file.odd.push_back("stream " + std::to_string(i) + " has its sound within DV, which is not read");
+            file.notes.push_back("stream " + std::to_string(i) +
+                                 " has its sound within DV, which is not read");
         if (!stream.header.isSound())
             continue;
         AudioTrack& track = file.tracks.emplace_back();

@@ -1,4 +1,5 @@
 // The streams of program and transport streams (ISO/IEC 13818-1), as inputs of `zelm wrap`.
+#include "WrapPictures.h"
 #include "WrapStreams.h"
 
 #include <MXF/Zelm/ByteCoders/Hexadecimal.h>
@@ -30,9 +31,25 @@ bool isMpegVideo(StreamInfo const& info) {
     return info.coding == Coding::MPEG1Video || info.coding == Coding::MPEG2Video;
 }
 
-bool hasSequenceHeader(DataIO::Slice const& bytes) {
-    constexpr unsigned char code[] = {0, 0, 1, sequenceHeaderCode};
-    return std::search(bytes.begin(), bytes.end(), std::begin(code), std::end(code)) != bytes.end();
+/// Whether a start code is there whose value has these bits under the mask.
+bool hasStartCode(DataIO::Slice const& bytes, unsigned char value, unsigned char mask = 0xFF) {
+    constexpr std::size_t prefixSize = std::size(startCodePrefix);
+    auto const* const end = bytes.end();
+    auto const* at = bytes.begin();
+    while ((at = std::search(at, end, std::begin(startCodePrefix), std::end(startCodePrefix))) != end) {
+        at += prefixSize;
+        if (at != end && (*at & mask) == value)
+            return true;
+    }
+    return false;
+}
+
+/// What analyzers wait for: a sequence header, of AVC a sequence parameter set.
+bool hasBeginning(StreamInfo const& info, DataIO::Slice const& bytes) {
+    constexpr unsigned char parameterSet = 0x07, typeMask = 0x9F;
+    if (isMpegVideo(info))
+        return hasStartCode(bytes, sequenceHeaderCode);
+    return info.coding != Coding::AVC || hasStartCode(bytes, parameterSet, typeMask);
 }
 
 /// A file with several streams. Each is read by a demultiplexer of its own, so that none waits for another.
@@ -41,7 +58,11 @@ public:
     using Open = std::function<OpenedMultiplex(InputHead::Source)>;
 
     Multiplex(InputHead const& head, TrackMaking const& making, Open open)
-        : head_(head), making_(making), open_(std::move(open)), infos_(demultiplexer()->streams()) {}
+        : head_(head), making_(making), open_(std::move(open)), infos_(demultiplexer()->streams()) {
+        for (std::size_t i = 0; i < infos_.size(); ++i)
+            if (isMpegVideo(infos_[i]))
+                correct(i);
+    }
 
     std::vector<InputHead> streams() const {
         std::vector<InputHead> found;
@@ -54,12 +75,27 @@ public:
             else
                 note(i, ": cannot be wrapped and is left out");
         if (found.empty())
-            throw CannotWrap(head_.name + ": has no stream that can be wrapped");
+            throw CannotWrap(head_.name + ": has no stream that can be wrapped" + listed());
         return found;
     }
 
 private:
     OpenedMultiplex demultiplexer() const { return open_(head_.open(making_.blocks)); }
+
+    /// Without a map, video of a program stream is told to be MPEG-2, which it need not be.
+    void correct(std::size_t stream) {
+        InputHead const head(nameOf(stream), opening(stream));
+        if (!hasBeginning(infos_[stream], head.bytes) && isAvc(head, making_))
+            infos_[stream].coding = Coding::AVC;
+    }
+
+    /// ": MPEG audio, AC-3"
+    std::string listed() const {
+        std::string text;
+        for (auto const& info : infos_)
+            text += (text.empty() ? ": " : ", ") + std::string(textOf(info.coding));
+        return text;
+    }
 
     /// "clip.ts, stream 0x101 (AC-3)"
     std::string nameOf(std::size_t stream) const {
@@ -76,11 +112,14 @@ private:
         };
     }
 
-    /// What begins amid a group of pictures may have no sequence header among its first bytes.
+    /// What begins amid a group of pictures may have no header of the sequence among its first bytes.
     InputHead video(std::size_t stream) const {
+        auto const& info = infos_[stream];
+        if (info.coding == Coding::HEVC || info.coding == Coding::MPEG4Video)
+            throw CannotWrap(nameOf(stream) + ": pictures of this coding cannot be wrapped");
         InputHead head(nameOf(stream), opening(stream));
-        if (isMpegVideo(infos_[stream]) && !hasSequenceHeader(head.bytes))
-            head.as = "mpeg2";
+        if (!hasBeginning(info, head.bytes))
+            head.as = info.coding == Coding::AVC ? "avc" : "mpeg2";
         return head;
     }
 
@@ -109,18 +148,18 @@ private:
     }
 
     /// The earliest time among the first packets: pictures are shown in another order than they are sent.
-    /// MPEG-2 video before its first sequence header is not wrapped.
+    /// Video before its first sequence header or parameter set is not wrapped.
     std::optional<double> beginningOf(std::size_t stream) const {
-        constexpr std::uint64_t searched = std::uint64_t{8} << 20;
+        constexpr std::uint64_t searched = std::uint64_t{64} << 20;
         constexpr unsigned enough = 8;
         auto const packets =
             open_(std::make_shared<DataIO::BoundedSliceSource>(head_.open(making_.blocks), searched))
                 ->take(stream);
         std::optional<double> earliest;
-        bool hasBegun = !isMpegVideo(infos_[stream]);
+        bool hasBegun = false;
         unsigned times = 0;
         for (PESPacket packet; times < enough && packets->nextPacket(packet);) {
-            hasBegun = hasBegun || hasSequenceHeader(packet.payload.contiguous());
+            hasBegun = hasBegun || hasBeginning(infos_[stream], packet.payload.contiguous());
             if (!hasBegun || !packet.timestamps.presentation)
                 continue;
             ++times;

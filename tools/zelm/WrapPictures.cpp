@@ -27,8 +27,12 @@ bool hasStartCode(InputHead const& head, unsigned char value) {
 
 constexpr unsigned char sequenceHeaderCode = 0xB3, packHeaderCode = 0xBA;
 
+/// A recording may begin amid a long group of large pictures.
+constexpr std::uint64_t mostToSkip = std::uint64_t{64} << 20;
+
 void addVideo(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks, const char* essence,
               Templates::SharedPtr<GenericContainer::MPEG2VideoAnalyzer> const& analyzer) {
+    analyzer->maximumToSkip(mostToSkip);
     if (!analyzer->preload())
         throw CannotWrap(head.name + ": has no picture with a known size and frame rate");
     addTrack(tracks, 'v', head, essence, analyzer, making.sources++);
@@ -77,6 +81,7 @@ void addAvc(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& 
     auto const analyzer =
         std::make_shared<GenericContainer::AVCAnalyzer>(head.open(making), pictureWrapping(making));
     analyzer->editRate(making.layout.rate().value_or(EditRate{}));
+    analyzer->maximumToSkip(mostToSkip);
     if (!analyzer->preload())
         throw CannotWrap(head.name + (analyzer->editRate().isKnown()
                                           ? ": has no picture that can be read"

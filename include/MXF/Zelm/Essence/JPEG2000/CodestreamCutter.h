@@ -4,7 +4,8 @@
 ///     stream       SOC … SOT … SOT … EOC | SOC … SOT … EOC | …
 ///     JP2 file     signature | file type | header: size, colour | codestream: SOC … EOC
 ///
-/// A tile-part tells its length; the last one of a codestream may leave it to the end marker.
+/// A tile-part tells its length; the last one of a codestream may leave it to the end marker. Zeros or ones
+/// behind an end marker fill a file up: they belong to no codestream, and are passed over.
 #pragma once
 
 #include "MXF/Zelm/DataIO/SliceSource.h"
@@ -54,6 +55,8 @@ private:
     std::uint32_t integerAt(std::uint64_t position, unsigned bytes) const;
     std::uint64_t drop(std::uint64_t size);
     bool endAmid(const char* what, std::uint64_t offset);
+    std::uint64_t paddingSize() const;
+    void passPadding();
     bool passBox();
     bool passBoxes();
     void takeHeaderBox(std::uint64_t begin, std::uint64_t end);
@@ -64,6 +67,7 @@ private:
     Templates::SharedPtr<DataIO::SliceSource> source_;
     DataIO::Chain bytes_; // from the start of the unit on
     std::uint64_t start_; // its position
+    bool isBehindCodestream_ = false;
     std::optional<std::uint32_t> colourSpace_;
     std::string fault_;
 };

@@ -114,8 +114,35 @@ void CodestreamCutter::takeHeaderBox(std::uint64_t begin, std::uint64_t end) {
     }
 }
 
+/// How many zeros and ones (0xFF) the bytes that are there begin with.
+std::uint64_t CodestreamCutter::paddingSize() const {
+    std::uint64_t size = 0;
+    for (auto const& slice : bytes_) {
+        auto const* const end = std::find_if(slice.begin(), slice.end(),
+                                             [](unsigned char byte) { return byte != 0 && byte != 0xFF; });
+        size += static_cast<std::uint64_t>(end - slice.begin());
+        if (end != slice.end())
+            break;
+    }
+    return size;
+}
+
+/// Passes over what writers fill up with behind a codestream, up to another one, a box or the end. The last
+/// bytes of it may be the first ones of what follows.
+void CodestreamCutter::passPadding() {
+    while (require(1)) {
+        bool const isWhole = require(boxHeaderSize);
+        std::uint64_t const padding = paddingSize();
+        if (padding == 0 || (isWhole && (integerAt(0, 4) == codestreamStart || isBoxType(integerAt(4, 4)))))
+            return;
+        drop(padding > boxHeaderSize ? padding - boxHeaderSize : 1);
+    }
+}
+
 /// Passes over boxes up to the start of a codestream; false at the end.
 bool CodestreamCutter::passBoxes() {
+    if (isBehindCodestream_)
+        passPadding();
     while (require(1)) {
         if (!require(boxHeaderSize))
             return endAmid("codestream", start_);
@@ -218,6 +245,7 @@ bool CodestreamCutter::next(Unit& unit) {
     unit.offset = start_;
     unit.data = bytes_.splitFront(*end);
     start_ += *end;
+    isBehindCodestream_ = true;
     return true;
 }
 
