@@ -62,6 +62,7 @@ void NewMxfFile::write(MXFIO::Creator& creator) {
     run(creator);
     wasDiscarded_ = wasInterrupted_ && options_.discard;
     bytes_ = creator.progress().fileOffset();
+    hasOpenHeader_ = behind_ && !wasDiscarded_ && !creator.progress().isHeaderClosed();
     if (behind_ && !wasDiscarded_)
         behind_->synchronize();
     std::chrono::duration<double> const spent = std::chrono::steady_clock::now() - start_;

@@ -46,6 +46,9 @@ struct WrapTrack {
     MXF::Zelm::Essence::Wave::WaveFormat format = {};    ///< the same, of the input
     std::optional<std::uint64_t> samples = std::nullopt; ///< of the input, if it tells
 
+    /// Of its first edit unit, where the input tells and its analyzer does not.
+    MXF::Zelm::Utils::TimeCode timecode = {};
+
     std::shared_ptr<OpenEnd> openEnd = nullptr; ///< of data that has one
 
     std::shared_ptr<void> keeps = nullptr; ///< what the analyzer reads from
@@ -83,6 +86,8 @@ struct TrackMaking {
         std::make_shared<MXF::Zelm::DataIO::Memory::MemoryBlockFactory>();
 
     std::size_t sources = 0;
+    std::size_t sequences = 0;                                     ///< inputs that are sequences of files
+    bool hasPrograms = false;                                      ///< an input is a transport stream
     std::uint32_t streams = 0;                                     ///< generic streams so far
     std::size_t channels = 0;                                      ///< of sounds so far
     std::shared_ptr<std::vector<std::string>> dataFiles = nullptr; ///< edit units of the data track
