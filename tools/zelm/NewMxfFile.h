@@ -40,7 +40,7 @@ struct CannotWrite : std::runtime_error {
 class NewMxfFile {
 public:
     /// Opens "NAME.part", or standard output for "-". Throws CannotWrite when the file is there and may not
-    /// be replaced, or is an input; Exceptions::SystemError.
+    /// be replaced, is an input or no file at all; Exceptions::SystemError.
     NewMxfFile(std::string const& name, NewFileOptions options);
     ~NewMxfFile();
     NewMxfFile(NewMxfFile const&) = delete;
