@@ -7,6 +7,9 @@
 #include "support/Files.h"
 
 #include <random>
+#if !defined(_WIN32)
+#include <sys/stat.h>
+#endif
 
 namespace MXF::Zelm::Test {
 
@@ -186,6 +189,12 @@ TEST(File, IsRenamedRemovedAndCompared) {
     File::remove(a);
     EXPECT_FALSE(File::exists(a));
     EXPECT_THROW(File::remove(a), Exceptions::SystemError);
+#if !defined(_WIN32)
+    writeFile(a, hex("01"));
+    ASSERT_EQ(::mkfifo(b.c_str(), 0600), 0);
+    EXPECT_THROW(File::rename(a, b, true), Exceptions::SystemError);
+    EXPECT_TRUE(std::filesystem::is_fifo(b) && File::exists(a));
+#endif
 }
 
 } // namespace MXF::Zelm::Test

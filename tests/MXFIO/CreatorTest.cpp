@@ -360,6 +360,7 @@ TEST(Creator, finalMetadataOfAnotherSize) {
         creator.run();
         OpenFile open(sink.bytes());
         auto* const header = open.reader.headerPartition();
+        EXPECT_EQ(creator.progress().isHeaderClosed(), reserve == 5000);
         EXPECT_EQ(header->partitionPack().isOpen(), reserve != 5000);
         EXPECT_EQ(header->metadata()->packages().size(), reserve == 5000 ? 3u : 2u);
         auto* const final = open.reader.backwardFirstPartitionWithFinalMetadata();

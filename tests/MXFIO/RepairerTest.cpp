@@ -150,6 +150,38 @@ TEST(Repairer, RepairsAFileThatIsCutAnywhere) {
     }
 }
 
+/// Whichever write of a file with pictures and sounds fails, torn in the middle: what the sink has is made
+/// whole with all content packages that are in it.
+TEST(Repairer, MakesAFileWholeWhoseSinkFailed) {
+    using Index = CreatorSettings::Index;
+    for (auto const index : {Index::Footer, Index::Body, Index::OwnPartitions}) {
+        auto layout = partitioned(1, false, index);
+        BrokenFile const file(layout);
+        std::size_t failAt = 0, repaired = 0;
+        for (bool hasFailed = true; hasFailed; ++failAt) {
+            SCOPED_TRACE(failAt);
+            SeekableSink sink(failAt);
+            Creator creator(sink, layout.makeMetadata(), layout.settings);
+            layout.addTo(creator);
+            try {
+                while (creator.write())
+                    creator.flush();
+                hasFailed = false;
+            } catch (SinkFailure const&) {
+            }
+            if (sink.bytes().size() < 8192)
+                continue; // amid the header metadata
+            file.write(sink.bytes());
+            auto const whole = file.packagesBefore(sink.bytes().size());
+            EXPECT_EQ(file.packages(file.name), whole);
+            file.open()->writeInPlace();
+            file.expectWhole(file.name, whole);
+            ++repaired;
+        }
+        EXPECT_GT(repaired, 12u);
+    }
+}
+
 TEST(Repairer, LeavesASoundFileAlone) {
     for (auto const& layout : layouts()) {
         BrokenFile const file(layout);

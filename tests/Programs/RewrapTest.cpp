@@ -89,9 +89,11 @@ TEST(Join, SaysWhatDiffers) {
     writeFile(other, strangeFile(pictureEssence(3), {30, 1}));
     auto const run = file.run({"join", file.in(), other});
     EXPECT_EQ(run.status, 2);
-    EXPECT_NE(run.errors.find("v1: the edit rate is 25/1 in "), std::string::npos) << run.errors;
+    EXPECT_EQ(run.errors.rfind("zelm: v1: the edit rate is 25/1 in ", 0), 0u) << run.errors;
     EXPECT_NE(run.errors.find("30/1 in "), std::string::npos) << run.errors;
     EXPECT_FALSE(std::filesystem::exists(file.out()));
+    writeFile(other, Bytes(70000));
+    EXPECT_EQ(file.run({"join", file.in(), other}).errors.rfind("zelm: " + other + ": ", 0), 0u);
 }
 
 TEST(Rewrap, NeverWritesOverItsInput) {

@@ -1,5 +1,6 @@
 // zelm wrap: names, refusals, what --verify finds, standard output, interruption by a sink that fails.
 // tests/peers/compare-wrap holds the files against other programs.
+#include "support/DVStream.h"
 #include "support/Files.h"
 #include "support/MPEGStream.h"
 #include "support/Program.h"
@@ -17,6 +18,8 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t frames = 9;
 constexpr std::size_t samplesOfFrame = 1920;
+
+constexpr unsigned char groupCode[] = {0, 0, 1, 0xB8};
 
 Bytes video() {
     return concatenated(mpegUnits({"SCI0", "P3", "B1", "B2", "SCI0", "P3", "B1", "B2", "P4"})) +
@@ -123,6 +126,61 @@ TEST(Wrap, WritesEachPatternAndIndexPlaceSoThatItReadsBack) {
     }
 }
 
+/// Of a picture, with one of its own before that of a sound; the option before both.
+TEST(Wrap, TimecodeBeginsAsTheEssenceTells) {
+    Wrapped const folder;
+    auto timed = video();
+    auto const group = std::search(timed.begin(), timed.end(), std::begin(groupCode), std::end(groupCode));
+    timed[static_cast<std::size_t>(group - timed.begin()) + 4] = 10 << 2; // hours
+    writeFile(folder.file("timed.m2v"), timed);
+    Bytes extension(602);
+    extension[338 + 2] = 0x20; // time reference: 43 s and 17 frames
+    writeFile(folder.file("timed.wav"), riff("RIFF", chunk("bext", extension) + waveFormat(1, 48000, 16) +
+                                                         chunk("data", Bytes(2 * frames * samplesOfFrame))));
+    writeFile(folder.file("timed.dv"), dvFrame({}, 5) + dvFrame({}, 6));
+    std::vector<std::string> const option{"--start-timecode", "01:02:03:04", "--system-item"};
+    struct {
+        std::vector<std::string> inputs, options;
+        const char* start;
+        Json from;
+    } const cases[] = {
+        {{"clip.m2v", "clip.wav"}, {}, "00:00:00:00", nullptr},
+        {{"timed.wav", "timed.m2v"}, {"--system-item"}, "10:00:00:00", folder.file("timed.m2v")},
+        {{"clip.m2v", "timed.wav"}, {"--pattern", "op1b"}, "00:00:43:17", folder.file("timed.wav")},
+        {{"clip.m2v", "timed.wav"}, {"--preset", "atom"}, "00:00:43:17", folder.file("timed.wav")},
+        {{"timed.m2v"}, option, "01:02:03:04", "--start-timecode"},
+        {{"timed.dv"}, {"--clip"}, "10:20:30:05", folder.file("timed.dv")},
+    };
+    for (auto const& [inputs, options, start, from] : cases) {
+        auto const report = folder.report(inputs, options);
+        EXPECT_EQ(report["start_timecode"], start);
+        EXPECT_EQ(report["timecode_from"], from);
+        auto const info = Json::parse(runZelm({"info", "--json", report["file"]}).output)["files"][0];
+        EXPECT_EQ(info["start_timecode"]["text"], start);
+        for (auto const& package : info["packages"])
+            for (auto const& track : package["tracks"])
+                if (package["kind"] == "file" && !track["start_timecode"].is_null()) {
+                    EXPECT_EQ(track["start_timecode"]["text"], start) << track;
+                }
+    }
+    ASSERT_EQ(folder.run({"timed.m2v"}, {}, "timed.mxf").status, 0);
+    EXPECT_EQ(folder.report({"timed.mxf"})["start_timecode"], "10:00:00:00");
+}
+
+TEST(Wrap, TellsWhatIsAmiss) {
+    Wrapped const folder;
+    writeFile(folder.file("torn.dv"), dvFrame({}) + dvFrame({}) + Bytes(dvFrame({}).size()));
+    auto const done = folder.run({"clip.wav", "torn.dv"});
+    EXPECT_EQ(done.status, 3);
+    EXPECT_NE(done.errors.find("torn.dv: Frame 2"), std::string::npos) << done.errors;
+    EXPECT_NE(done.errors.find("out.mxf.part: is not whole"), std::string::npos) << done.errors;
+    auto const open = folder.run({"clip.m2v"}, {"--reserve", "0", "--force"});
+    EXPECT_NE(open.errors.find("header partition stays open"), std::string::npos) << open.errors;
+    // An instant that is torn off belongs to no track.
+    writeFile(folder.file("torn.wav"), riff("RIFF", waveFormat(3, 48000, 16) + chunk("data", Bytes(30004))));
+    EXPECT_EQ(folder.report({"torn.wav"}, {"--preset", "atom"})["notes"], Json::array());
+}
+
 TEST(Wrap, TakesDataAndLongWaveFiles) {
     Wrapped const folder;
     auto const samples = repeated(2 * samplesOfFrame * 2, 0x11);
@@ -222,6 +280,9 @@ TEST(Wrap, RefusesAndLeavesNothingBehind) {
         {{"clip.m2v"}, {"--preset", "atom", "--system-item"}, "--system-item"},
         {{"text.txt"}, {"--as", "data", "--clip"}, "is wrapped by edit units alone"},
         {{"clip.wav"}, {"--pcm", "16"}, "--pcm"},
+        {{"clip.m2v"}, {"--first", "3"}, "--first"},
+        {{"clip.m2v"}, {"--program", "3"}, "--program"},
+        {{"clip.m2v"}, {"--pattern", "op3a", "--play", "0:4", "--play", "5:6"}, "more parts than"},
         {{"clip.m2v"}, {"--meta", "MaterialPackage/Nonsense=1"}, "MaterialPackage/Nonsense"},
     };
     for (auto const& [inputs, options, text] : cases) {

@@ -97,7 +97,8 @@ void LayoutOptions::declare(CLI::App& parser) {
     auto* const frames = group->add_flag("--frame", frame, "Wrap by edit units");
     group->add_flag("--clip", clip, "Wrap each track as one clip")->excludes(frames);
     group->add_option("--rate", rate, "Edit units a second where no picture tells: 25, 30000/1001, 29.97");
-    group->add_option("--start-timecode", startTimecode, "HH:MM:SS:FF, or HH:MM:SS;FF for drop frame");
+    group->add_option("--start-timecode", startTimecode,
+                      "HH:MM:SS:FF, or HH:MM:SS;FF for drop frame; else that of the essence");
     group->add_flag("--drop", drop, "Timecode drops numbers (29.97 and 59.94)");
     group->add_option("--kag", kagSize, "Alignment grid of packets, in bytes")
         ->check(CLI::Range(1u, largestKAG));
@@ -225,10 +226,12 @@ void Layout::checkAgainstPreset(LayoutOptions const& options) const {
     require(!isAtom() || reserve_ >= preset_->reserve, "--reserve", "8192 bytes or more");
 }
 
-Utils::TimeCode Layout::startTimecode(EditRate const& rate) const {
+Utils::TimeCode Layout::startTimecode(EditRate const& rate, Utils::TimeCode const& told) const {
     auto const base = static_cast<unsigned>((rate.numerator + rate.denominator / 2) / rate.denominator);
-    std::string const text = startTimecode_.empty() ? "00:00:00:00" : startTimecode_;
+    std::string const text = hasStartTimecode() ? startTimecode_ : "00:00:00:00";
     auto const plain = [&] {
+        if (!hasStartTimecode() && told.isDefined())
+            return told;
         try {
             return Utils::TimeCode::fromText(Platform::toUtf16(text), base);
         } catch (Exceptions::BaseException const& refusal) {
@@ -241,13 +244,16 @@ Utils::TimeCode Layout::startTimecode(EditRate const& rate) const {
     if (!Utils::TimeBase::canDrop(base) || rate.denominator != 1001)
         throw InvalidValue("--drop: no numbers are dropped at " + std::to_string(rate.numerator) + "/" +
                            std::to_string(rate.denominator) + " edit units a second");
-    return {Utils::TimeBase(base, true), plain.address()};
+    Utils::TimeBase const dropping(base, true);
+    if (!Utils::TimeCode::isValid(dropping, plain.address()))
+        throw InvalidValue("--drop: " + Platform::toUtf8(plain.toString()) + " is a number that is dropped");
+    return {dropping, plain.address()};
 }
 
-OPBuilders::BuilderOptions Layout::builderOptions(EditRate const& rate) const {
+OPBuilders::BuilderOptions Layout::builderOptions(EditRate const& rate, Utils::TimeCode const& start) const {
     OPBuilders::BuilderOptions options;
     options.product = thisProduct();
-    options.startTimecode = startTimecode(rate);
+    options.startTimecode = start;
     options.timecodeRate = rate;
     auto& layout = options.layout;
     layout.index = index_;

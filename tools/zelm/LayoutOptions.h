@@ -54,12 +54,18 @@ public:
     std::uint32_t kagSize() const { return kagSize_; }
     bool systemItem() const { return systemItem_; }
 
-    /// The first timecode at a rate, 00:00:00:00 when none was given. Throws Exceptions::InvalidValue when it
-    /// is none at that rate.
-    MXF::Zelm::Utils::TimeCode startTimecode(EditRate const& rate) const;
+    /// Was it given?
+    bool hasStartTimecode() const { return !startTimecode_.empty(); }
 
-    /// What the builders are told for content packages of that rate. Throws as `startTimecode`.
-    MXF::Zelm::OPBuilders::BuilderOptions builderOptions(EditRate const& rate) const;
+    /// The first timecode at a rate: the one that was given, else the one that the essence tells, else
+    /// 00:00:00:00; of drop frame if that was asked for. Throws Exceptions::InvalidValue when it is none at
+    /// that rate.
+    MXF::Zelm::Utils::TimeCode startTimecode(EditRate const& rate,
+                                             MXF::Zelm::Utils::TimeCode const& told = {}) const;
+
+    /// What the builders are told for content packages of that rate.
+    MXF::Zelm::OPBuilders::BuilderOptions builderOptions(EditRate const& rate,
+                                                         MXF::Zelm::Utils::TimeCode const& start) const;
 
     /// Changes what --meta and --track-label want changed. Tracks are numbered by kind as zelm extract does:
     /// v1, a1, a2, d1, in the order of the material package. Labels for tracks that are not there are passed

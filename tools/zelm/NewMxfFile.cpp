@@ -6,6 +6,8 @@
 #include <MXF/Zelm/DataIO/File/FileFunctions.h>
 #include <MXF/Zelm/Exceptions/Exceptions.h>
 
+#include <filesystem>
+
 namespace Zelm {
 
 using namespace MXF::Zelm;
@@ -23,6 +25,9 @@ OutputOptions checked(std::string const& name, NewFileOptions const& options) {
 void checkNewName(std::string const& name, NewFileOptions const& options) {
     if (name == OutputFile::standardOutput)
         return;
+    std::error_code unknown;
+    if (std::filesystem::is_other(std::u8string(name.begin(), name.end()), unknown))
+        throw CannotWrite(name + ": is a device or a pipe, and no file (-o - is standard output)");
     std::string const part = name + ".part";
     for (auto const& input : options.inputs)
         if (DataIO::File::sameFile(input, name) || DataIO::File::sameFile(input, part))
@@ -62,6 +67,7 @@ void NewMxfFile::write(MXFIO::Creator& creator) {
     run(creator);
     wasDiscarded_ = wasInterrupted_ && options_.discard;
     bytes_ = creator.progress().fileOffset();
+    hasOpenHeader_ = behind_ && !wasDiscarded_ && !creator.progress().isHeaderClosed();
     if (behind_ && !wasDiscarded_)
         behind_->synchronize();
     std::chrono::duration<double> const spent = std::chrono::steady_clock::now() - start_;

@@ -40,7 +40,7 @@ struct CannotWrite : std::runtime_error {
 class NewMxfFile {
 public:
     /// Opens "NAME.part", or standard output for "-". Throws CannotWrite when the file is there and may not
-    /// be replaced, or is an input; Exceptions::SystemError.
+    /// be replaced, is an input or no file at all; Exceptions::SystemError.
     NewMxfFile(std::string const& name, NewFileOptions options);
     ~NewMxfFile();
     NewMxfFile(NewMxfFile const&) = delete;
@@ -63,6 +63,12 @@ public:
 
     /// Was the file removed for that?
     bool wasDiscarded() const { return wasDiscarded_; }
+
+    /// Has its header metadata outgrown its place, so that the header partition stays open?
+    bool hasOpenHeader() const { return hasOpenHeader_; }
+    static constexpr const char* openHeaderNote =
+        "the header metadata has outgrown its place: the header partition stays open, the footer has what is "
+        "final (--reserve makes room)";
 
     /// Gives the file its name. Not when it was discarded.
     void complete();
@@ -89,7 +95,7 @@ private:
     std::chrono::steady_clock::time_point start_;
     double seconds_ = 0;
     std::uint64_t bytes_ = 0;
-    bool wasInterrupted_ = false, wasDiscarded_ = false;
+    bool wasInterrupted_ = false, wasDiscarded_ = false, hasOpenHeader_ = false;
 };
 
 /// Throws CannotWrite when a new file cannot have that name, as above.

@@ -79,11 +79,8 @@ Rewrap::Rewrap(std::vector<std::string> const& files, SharedDictionary const& di
 Rewrap::~Rewrap() = default;
 
 void Rewrap::open(std::vector<std::string> const& files) {
-    for (auto const& file : files) {
-        inputs_.push_back(std::make_unique<Input>(file, dictionary_));
-        sources_.push_back(finalMetadata(*inputs_.back()));
-        haveFooter_.push_back(hasFooter(*inputs_.back()));
-    }
+    for (auto const& file : files)
+        openInput(file);
     containers_ = MXFIO::essenceContainers(sources_.front());
     written_ = std::make_unique<Input>(files.front(), dictionary_);
     metadata_ = finalMetadata(*written_);
@@ -97,6 +94,18 @@ void Rewrap::open(std::vector<std::string> const& files) {
         requireOneAfterAnother(*metadata_, files.front());
     for (std::size_t i = 1; i < inputs_.size() && !options_.isPlaylist; ++i)
         openFollowing(i, MXFIO::essenceContainers(sources_[i]));
+}
+
+void Rewrap::openInput(std::string const& file) {
+    try {
+        inputs_.push_back(std::make_unique<Input>(file, dictionary_));
+        sources_.push_back(finalMetadata(*inputs_.back()));
+        haveFooter_.push_back(hasFooter(*inputs_.back()));
+    } catch (Exceptions::SystemError const&) {
+        throw; // names the file
+    } catch (Exceptions::BaseException const& fault) {
+        throw FaultyInput{file, fault};
+    }
 }
 
 void Rewrap::openFollowing(std::size_t index, std::vector<EssenceContainer> const& containers) {
@@ -142,7 +151,7 @@ void Rewrap::chooseLayout() {
     EditRate const rate = containers_.empty() || !containers_.front().editRate().isKnown()
                               ? EditRate{25, 1}
                               : containers_.front().editRate();
-    auto const fromOptions = wanted.builderOptions(rate).layout;
+    auto const fromOptions = wanted.builderOptions(rate, {}).layout;
     if (!given.index.empty())
         settings_.index = fromOptions.index;
     if (!given.partitionEvery.empty() ||

@@ -8,6 +8,7 @@
 #include "LayoutOptions.h"
 #include "Playlist.h"
 
+#include <MXF/Zelm/Exceptions/Exceptions.h>
 #include <MXF/Zelm/MXFIO/Creator.h>
 
 #include <deque>
@@ -40,9 +41,15 @@ struct Shortage {
 };
 using Shortages = std::vector<Shortage>;
 
+/// An input cannot be opened.
+struct FaultyInput {
+    std::string file;
+    MXF::Zelm::Exceptions::BaseException fault;
+};
+
 class Rewrap {
 public:
-    /// Files that go on with each other need containers and tracks that are alike. Throws
+    /// Files that go on with each other need containers and tracks that are alike. Throws FaultyInput,
     /// Exceptions::InvalidValue for what cannot be done with the file, and what reading throws.
     Rewrap(std::vector<std::string> const& files, SharedDictionary const& dictionary,
            RewrapOptions const& options);
@@ -70,6 +77,7 @@ private:
 
     Input& input() { return *inputs_.front(); }
     void open(std::vector<std::string> const& files);
+    void openInput(std::string const& file);
     void openFollowing(std::size_t index, std::vector<EssenceContainer> const& containers);
     void openPlaylist();
     void takeStreamIDs();

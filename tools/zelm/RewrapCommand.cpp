@@ -75,12 +75,13 @@ protected:
         } catch (MXFIO::PassThroughSource::Irregular const& fault) {
             if (output_ == OutputFile::standardOutput)
                 return reportFault(inputs.front(), fault);
+        } catch (FaultyInput const& input) {
+            return reportFault(input.file, input.fault);
         } catch (CannotWrite const& refusal) {
             std::cerr << "zelm: " << refusal.what() << "\n";
             return WrongUse;
         } catch (Exceptions::InvalidValue const& refusal) {
-            reportFault(inputs.front(), refusal.message());
-            return WrongUse;
+            return refuse(inputs, refusal.message());
         } catch (Exceptions::SystemError const&) {
             throw;
         } catch (Exceptions::BaseException const& fault) {
@@ -93,6 +94,15 @@ protected:
     std::string output_;
 
 private:
+    /// Of several files, the message names those that it is about.
+    static ExitStatus refuse(std::vector<std::string> const& inputs, std::string const& why) {
+        if (inputs.size() == 1)
+            reportFault(inputs.front(), why);
+        else
+            std::cerr << "zelm: " << why << "\n";
+        return WrongUse;
+    }
+
     /// The index of the file lies about sizes: once more without it.
     ExitStatus writeVarying(std::vector<std::string> const& inputs) {
         options_.trustsSizes = false;
@@ -126,6 +136,8 @@ private:
     ExitStatus report(Rewrap const& rewrap, NewMxfFile const& file) const {
         for (auto const& label : rewrap.unused())
             reportFault(output_, "--track-label: there is no track " + label);
+        if (file.hasOpenHeader())
+            reportFault(output_, NewMxfFile::openHeaderNote);
         Shortages const shortages = file.wasInterrupted() ? Shortages() : rewrap.shortages();
         if (!file.isStandardOutput())
             report_.json ? printJson(rewrap, file, shortages) : printText(rewrap, file);

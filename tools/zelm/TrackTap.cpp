@@ -51,12 +51,14 @@ bool TrackTap::isEnded() const { return group_ && units_ >= group_->end(); }
 bool TrackTap::done() const { return isEnded() || inner_->done(); }
 
 bool TrackTap::nextEditUnit(EditUnit& unit) {
-    if (isEnded() || !inner_->nextEditUnit(unit)) {
+    hasThrown_ = true;
+    bool const isGiven = !isEnded() && inner_->nextEditUnit(unit);
+    hasThrown_ = false;
+    if (isGiven)
+        take(unit);
+    else
         unit.clear();
-        return false;
-    }
-    take(unit);
-    return true;
+    return isGiven;
 }
 
 /// A clip of samples comes in runs of them.

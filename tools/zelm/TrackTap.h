@@ -69,6 +69,9 @@ public:
     /// Something that is found in it then.
     void fault(std::string const& text) { fault_ = text; }
 
+    /// Giving an edit unit has thrown.
+    bool hasThrown() const { return hasThrown_; }
+
     /// After the last edit unit.
     std::string md5() { return md5_.finish(); }
     UnitHashes hashes();
@@ -118,7 +121,7 @@ private:
     std::vector<std::shared_ptr<TrackTap>> followers_;
     bool isOpen_ = false; ///< its length is not known
     std::uint64_t units_ = 0, bytes_ = 0;
-    bool wasCut_ = false;
+    bool wasCut_ = false, hasThrown_ = false;
     std::string fault_;
     Md5 md5_;
     UnitHashes hashes_;

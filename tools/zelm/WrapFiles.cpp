@@ -1,5 +1,6 @@
 #include "WrapFiles.h"
 
+#include "Faults.h"
 #include "TimeText.h"
 #include "WrapPresets.h"
 #include "WrapVerify.h"
@@ -46,7 +47,7 @@ class FileBuilder {
 public:
     FileBuilder(WrapTask const& task, WrapFile const& file, Identities const& identities, std::size_t number)
         : task_(task), file_(file), identities_(identities), number_(number) {
-        auto options = task.layout.builderOptions(task.plan.rate());
+        auto options = task.layout.builderOptions(task.plan.rate(), task.plan.start(0).value);
         options.materialUID = identities.material;
         if (hasFollowers())
             options.layout.interleaving = MXFIO::CreatorSettings::Interleaving::None;
@@ -83,7 +84,7 @@ private:
             builder_->addMaterialPackage();
         Templates::vector<OPBuilders::ItemPart> parts;
         for (auto const& container : item) {
-            parts.push_back({&addContainer(container)});
+            parts.push_back({&addContainer(container, task_.plan.start(index).value)});
             if (index < task_.options.plays.size())
                 setPart(parts.back(), task_.options.plays[index]);
         }
@@ -97,11 +98,12 @@ private:
             part.length = range.last - range.first;
     }
 
-    SourcePackage& addContainer(WrapContainer const& container) {
+    SourcePackage& addContainer(WrapContainer const& container, Utils::TimeCode const& start) {
         for (auto const* const track : container.tracks)
             for (auto const& stream : track->streams)
                 builder_->addGenericStream(stream);
         OPBuilders::FilePackageOptions package;
+        package.startTimecode = start;
         if (task_.layout.isOneFilePerTrack())
             package.uid = identities_.packages[number_];
         if (container.isClip()) {
@@ -116,18 +118,16 @@ private:
         for (auto const* const track : container.tracks)
             wrapping.analyzers.push_back(track->tap);
         if (task_.layout.systemItem())
-            wrapping.configure = [&](Mux& mux) { addSystemItem(container, mux); };
+            wrapping.configure = [&](Mux& mux) { addSystemItem(container, start, mux); };
         return builder_->addFrameWrapped(wrapping, package);
     }
 
-    void addSystemItem(WrapContainer const& container, Mux& mux) const {
+    void addSystemItem(WrapContainer const& container, Utils::TimeCode const& start, Mux& mux) const {
         Types::UniversalLabel label = container.tracks.front()->tap->universalLabel();
         for (auto const* const track : container.tracks)
             if (track->tap->universalLabel() != label)
                 label = multipleWrappings;
-        auto const rate = task_.plan.rate();
-        mux.addAnalyzer(std::make_shared<SystemItemGenerator>(rate, task_.layout.startTimecode(rate), label),
-                        true, {0, 1});
+        mux.addAnalyzer(std::make_shared<SystemItemGenerator>(task_.plan.rate(), start, label), true, {0, 1});
     }
 
     /// The material package plays the tracks in the other files too.
@@ -198,6 +198,7 @@ WrapResult resultOf(WrapTask const& task, WrapFile const& file) {
     WrapResult result;
     result.file = file.name;
     result.pattern = task.layout.pattern().name;
+    result.start = task.plan.start(0);
     for (auto const& item : file.items)
         for (auto const& container : item)
             result.tracks.insert(result.tracks.end(), container.tracks.begin(), container.tracks.end());
@@ -219,7 +220,8 @@ public:
         } catch (Exceptions::BaseException const& failure) {
             output.abandon();
             bool const bySystem = dynamic_cast<Exceptions::SystemError const*>(&failure) != nullptr;
-            throw WritingFailed(file_.name, output.partName(), failure.message(), bySystem);
+            throw WritingFailed(bySystem ? file_.name : blamed(), output.partName(),
+                                faultText(failure.message(), failure.offset()), bySystem);
         }
         if (task_.options.verify && !result_.discarded && !output.isStandardOutput()) {
             result_.differences = verify(file_, task_.dictionary, task_.plan.rate());
@@ -229,6 +231,14 @@ public:
     }
 
 private:
+    /// The input whose essence cannot be read, else the file.
+    std::string const& blamed() const {
+        for (auto const* const track : result_.tracks)
+            if (track->tap->hasThrown())
+                return track->input;
+        return file_.name;
+    }
+
     /// Until bytes have been written, a refusal leaves nothing behind.
     Templates::auto_ptr<MXFIO::Creator> prepare(NewMxfFile& output) {
         try {
@@ -254,6 +264,8 @@ private:
         notes.clear();
         if (!result_.interrupted)
             noteEnds(result_);
+        if (output.hasOpenHeader())
+            result_.notes.push_back(file_.name + ": " + NewMxfFile::openHeaderNote);
         if (task_.options.md5)
             for (auto* const track : result_.tracks)
                 result_.md5.push_back(track->tap->md5());

@@ -10,7 +10,8 @@ struct WrapResult {
     std::string file;
     std::string pattern; ///< as --pattern names it
     std::uint64_t bytes = 0;
-    double seconds = 0; ///< that writing took
+    double seconds = 0;  ///< that writing took
+    StartTimecode start; ///< of what plays first
     std::vector<WrapTrack*> tracks;
     std::vector<std::string> md5;         ///< of the tracks, if it was wanted
     std::vector<std::string> notes;       ///< what a person should know
@@ -37,7 +38,7 @@ struct WritingFailed : std::runtime_error {
     WritingFailed(std::string const& name, std::string const& partName, std::string const& why, bool isSystem)
         : std::runtime_error(why), file(name), part(partName), bySystem(isSystem) {}
 
-    std::string file;
+    std::string file; ///< that is at fault
     std::string part; ///< what was written of it stays under this name; empty for nothing
     bool bySystem;    ///< not the essence is at fault
 };

@@ -39,6 +39,15 @@ bool isMxf(InputHead const& head, TrackMaking const&) {
     return std::search(head.bytes.data(), end, std::begin(start), std::end(start)) != end;
 }
 
+/// Of the first stored edit unit, which stands before the zero point where there is an origin.
+Utils::TimeCode timecodeOf(MXFIO::EssenceContainer const& container, MXFIO::EssenceTrack const& track) {
+    constexpr std::int64_t mostBefore = 1 << 20; // edit units
+    bool const isTold = track.editRate.numerator > 0 && track.editRate.denominator > 0;
+    return isTold && track.origin >= 0 && track.origin <= mostBefore
+               ? container.timecode.at(Utils::framesToSeconds(-track.origin, track.editRate))
+               : Utils::TimeCode();
+}
+
 /// A file whose essence is passed on.
 struct MxfInput {
     MxfInput(std::string const& name, SharedDictionary const& dictionary)
@@ -76,6 +85,7 @@ void addContainer(std::shared_ptr<MxfInput> const& file, MXFIO::EssenceContainer
         }
         auto const analyzer = std::make_shared<MXFIO::PassThroughAnalyzer>(reader, track.trackNumber);
         addTrack(tracks, kindOf(*analyzer), head, "as in the file", analyzer, making.sources - 1, file);
+        tracks.back().timecode = timecodeOf(container, track);
         tracks.back().wrapping =
             options.wrapping != Wrapping::Unknown ? options.wrapping : reader->wrapping();
     }

@@ -222,6 +222,7 @@ bool isTransportStream(InputHead const& head, TrackMaking const&) {
 }
 
 std::vector<InputHead> transportStreams(InputHead const& head, TrackMaking& making) {
+    making.hasPrograms = true;
     return Multiplex(head, making,
                      [program = making.options.program](InputHead::Source source) {
                          return std::make_unique<TransportStreamDemultiplexer>(std::move(source), program);

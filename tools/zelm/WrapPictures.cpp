@@ -55,8 +55,10 @@ void addD10(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& 
 
 void addMpeg(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
     auto const wrapping = pictureWrapping(making);
-    addVideo(head, making, tracks, "MPEG-2 video",
-             std::make_shared<GenericContainer::MPEG2VideoAnalyzer>(head.open(making), wrapping));
+    auto const analyzer = std::make_shared<GenericContainer::MPEG2VideoAnalyzer>(head.open(making), wrapping);
+    addVideo(head, making, tracks, "MPEG-2 video", analyzer);
+    if (analyzer->sequence().isMPEG1())
+        tracks.back().essence = "MPEG-1 video";
     tracks.back().wrapping = wrapping;
 }
 

@@ -137,10 +137,14 @@ struct WrapPlan::Waiting {
 
 /// What was asked for has something that it belongs to.
 void WrapPlan::checkTracks(TrackMaking const& making, WrapOptions const& options) const {
+    if (options.tracks.first && making.sequences == 0)
+        throw CannotWrap("--first: no input is a sequence of files, such as frame%05d.j2c");
     if (!options.tracks.resources.empty() && making.streams == 0)
         throw CannotWrap("--resource: there is no timed text that resources could belong to");
     if (options.tracks.packets && !making.hasPackets)
         throw CannotWrap("--packets: no input has packets of SMPTE 302M");
+    if (options.tracks.program != 0 && !making.hasPrograms)
+        throw CannotWrap("--program: no input is a transport stream");
     auto const& map = options.tracks.channelMap;
     if (map && making.channels % map->channelCount() != 0)
         throw CannotWrap("--map names " + std::to_string(map->channelCount()) +
@@ -161,6 +165,7 @@ WrapPlan::Items WrapPlan::openInputs(WrapOptions const& options, SharedDictionar
         auto head = FileSequence::isPattern(options.inputs[i])
                         ? InputHead::ofSequence(options.inputs[i], options.tracks.first)
                         : InputHead(options.inputs[i]);
+        making.sequences += head.sequence.empty() ? 0 : 1;
         head.as = options.tracks.as;
         head.pcm = options.tracks.pcm;
         if (head.isFile())
@@ -270,9 +275,12 @@ void WrapPlan::arrange(Items const& items, WrapOptions const& options) {
     if (items.size() > 1 && !layout_.isPlaylist() && layout_.pattern().packages != 3)
         throw CannotWrap("inputs that play one after the other make op2a, op2b, op3a or op3b, alternatives "
                          "op1c: --pattern says which");
+    if (options.plays.size() > items.size())
+        throw CannotWrap("--play: there are more parts than inputs between commas to play");
     WrapFile file{options.output, {}};
     for (auto const& item : items) {
         file.items.push_back(containersOf(item));
+        starts_.push_back(startTimecode(layout_, rate_, item));
         endTogether(item, file.items.back());
         if (layout_.isOneFilePerTrack())
             continue;

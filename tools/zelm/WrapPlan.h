@@ -6,7 +6,7 @@
 #pragma once
 
 #include "UnitRange.h"
-#include "WrapTracks.h"
+#include "WrapTimecode.h"
 
 namespace Zelm {
 
@@ -43,6 +43,9 @@ public:
 
     /// Content packages a second.
     EditRate rate() const { return rate_; }
+
+    /// Where the timecode of an item begins.
+    StartTimecode const& start(std::size_t item) const { return starts_.at(item); }
 
     std::deque<WrapTrack> const& tracks() const { return tracks_; }
     std::deque<WrapTrack>& tracks() { return tracks_; }
@@ -82,6 +85,7 @@ private:
     EditRate rate_ = {};
     std::deque<WrapTrack> tracks_; // stay where they are
     std::vector<WrapFile> files_;
+    std::vector<StartTimecode> starts_; // of the items
     std::vector<std::string> inputs_;
     std::uint64_t inputBytes_ = 0;
     std::shared_ptr<std::set<std::string>> notes_; // of all makers of tracks

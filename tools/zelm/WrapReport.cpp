@@ -4,6 +4,8 @@
 #include "Text.h"
 #include "TimeText.h"
 
+#include <MXF/Zelm/Platform/Text.h>
+
 #include <iostream>
 
 namespace Zelm {
@@ -14,6 +16,10 @@ EditRate rateOf(WrapTrack const& track) { return track.tap->editRate(); }
 
 std::string wrappingName(WrapTrack const& track) {
     return track.wrapping == MXF::Zelm::GenericContainer::Wrapping::Clip ? "clip" : "frame";
+}
+
+std::string timecodeText(WrapResult const& result) {
+    return MXF::Zelm::Platform::toUtf8(result.start.value.toString());
 }
 
 Json trackJson(WrapResult const& result, std::size_t i) {
@@ -41,6 +47,8 @@ Json resultJson(WrapResult const& result) {
             {"operational_pattern", result.pattern},
             {"bytes", result.bytes},
             {"seconds", result.seconds},
+            {"start_timecode", timecodeText(result)},
+            {"timecode_from", result.start.from.empty() ? Json(nullptr) : Json(result.start.from)},
             {"tracks", tracks},
             {"notes", result.notes},
             {"verified", result.verified ? Json(result.differences.empty()) : Json(nullptr)},
@@ -92,6 +100,9 @@ void printWrapText(std::ostream& out, std::vector<WrapResult> const& results) {
         out << printable(result.file) << ": " << result.pattern << ", " << humanSize(result.bytes)
             << speedText(result) << (result.interrupted ? ", ended early" : "")
             << (result.verified && result.differences.empty() ? ", verified" : "") << "\n";
+        if (!result.start.from.empty())
+            out << "  starts at " << timecodeText(result) << ", told by " << printable(result.start.from)
+                << "\n";
         printTracks(out, result);
     }
 }

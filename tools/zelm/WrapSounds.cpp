@@ -2,6 +2,7 @@
 
 #include "UnitRange.h"
 
+#include <MXF/Zelm/DataIO/BoundedSliceSource.h>
 #include <MXF/Zelm/Essence/Converters/ChannelSplitter.h>
 #include <MXF/Zelm/Essence/Wave/WaveReader.h>
 #include <MXF/Zelm/GenericContainer/Analyzers/PCMAnalyzer.h>
@@ -56,7 +57,7 @@ public:
 
     template <class Open>
     void add(Open open) {
-        OpenSound sound = open(head_, making_);
+        OpenSound const sound = wholeInstants(open(head_, making_));
         std::shared_ptr<SilentTail> tail = withTail(sound);
         unsigned const all = sound.format.channels;
         std::optional<Essence::Converters::ChannelSplitter> splitter;
@@ -64,7 +65,7 @@ public:
         for (unsigned first = 0; first < all; first += each) {
             each = channelsFrom(first, all);
             if (first != 0 && making_.wantsOwnSources()) {
-                tail = withTail(open(head_, making_));
+                tail = withTail(wholeInstants(open(head_, making_)));
                 splitter.reset();
             }
             Templates::SharedPtr<DataIO::SliceSource> source = tail;
@@ -82,6 +83,14 @@ private:
     struct Channels {
         unsigned first, count;
     };
+
+    /// An instant that is torn at the end is left out, so that all tracks of the input end alike.
+    static OpenSound wholeInstants(OpenSound sound) {
+        if (sound.count)
+            sound.samples = std::make_shared<DataIO::BoundedSliceSource>(
+                sound.samples, *sound.count * sound.format.blockAlign());
+        return sound;
+    }
 
     /// Channels of the track that begins with channel `first` of `all`: as many as each track is to have,
     /// else those of a group of the map, else all.
@@ -145,6 +154,8 @@ private:
         track.format = sound.format;
         track.channelStatus = options.channelStatus;
         track.samples = sound.count;
+        if (origin_)
+            track.timecode = origin_->startTimecode(making_.rate);
         tracks_.push_back(std::move(track));
     }
 

@@ -49,6 +49,9 @@ struct WrapTrack {
     std::vector<MXF::Zelm::Essence::AES3::ChannelStatus> channelStatus =
         {}; ///< of each channel, if it has one
 
+    /// Of its first edit unit, where the input tells and its analyzer does not.
+    MXF::Zelm::Utils::TimeCode timecode = {};
+
     std::shared_ptr<OpenEnd> openEnd = nullptr; ///< of data that has one
 
     std::shared_ptr<void> keeps = nullptr; ///< what the analyzer reads from
@@ -87,6 +90,8 @@ struct TrackMaking {
         std::make_shared<MXF::Zelm::DataIO::Memory::MemoryBlockFactory>();
 
     std::size_t sources = 0;
+    std::size_t sequences = 0;                                     ///< inputs that are sequences of files
+    bool hasPrograms = false;                                      ///< an input is a transport stream
     std::uint32_t streams = 0;                                     ///< generic streams so far
     std::size_t channels = 0;                                      ///< of sounds so far
     bool hasPackets = false;                                       ///< of SMPTE 302M, kept as they are

@@ -66,6 +66,11 @@ public:
     /// one that there is not.
     std::uint64_t packages(std::size_t index) const;
 
+    /// False when the header metadata has outgrown its place and the reserve: the header partition then stays
+    /// open and incomplete, and the footer has what is final. Told by `done`; of a file that cannot be
+    /// updated always false.
+    bool isHeaderClosed() const;
+
     /// What is to be written over the bytes of a whole file, in this order: first what the sources want, then
     /// the body packs, at last the header. Empty without `canUpdate`, and before `done`. When the writing of
     /// them is broken off, the file is as readable as it was before.

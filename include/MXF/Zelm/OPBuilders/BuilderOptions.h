@@ -34,6 +34,9 @@ struct MXFZELM_EXPORT FilePackageOptions {
     Types::UMID32 uid = Types::UMID32::generate(Types::UMIDMaterialType::NotIdentified);
     std::u16string name = {};
 
+    /// Its first timecode, at the builder's rate; undefined for that of the builder.
+    Utils::TimeCode startTimecode = {};
+
     /// Its essence is in another file.
     bool isExternal = false;
 

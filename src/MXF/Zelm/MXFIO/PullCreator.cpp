@@ -54,6 +54,10 @@ std::uint64_t PullCreator::packages(std::size_t index) const {
     return index < state_->containers.size() ? state_->containers[index].body->packages() : 0;
 }
 
+bool PullCreator::isHeaderClosed() const {
+    return done() && state_->settings.canUpdate && state_->header->fits();
+}
+
 Templates::vector<FileUpdate> PullCreator::updates() const {
     Templates::vector<FileUpdate> updates;
     auto const& state = *state_;

@@ -149,9 +149,9 @@ SourcePackage& GenericOPBuilder::addFilePackage(FilePackageOptions const& option
                                                            .bodySID = built.bodySID,
                                                            .indexSID = built.indexSID});
     auto const& given = state_->options;
-    if (given.startTimecode.isDefined() && given.timecodeRate.isKnown())
-        built.timecode =
-            &addTimecodeTrack(*state_->metadata, *built.package, given.startTimecode, given.timecodeRate);
+    auto const& start = options.startTimecode.isDefined() ? options.startTimecode : given.startTimecode;
+    if (start.isDefined() && given.timecodeRate.isKnown())
+        built.timecode = &addTimecodeTrack(*state_->metadata, *built.package, start, given.timecodeRate);
     state_->packages.push_back(std::move(built));
     return *state_->packages.back().package;
 }

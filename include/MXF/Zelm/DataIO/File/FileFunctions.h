@@ -21,7 +21,7 @@ MXFZELM_EXPORT bool sameFile(std::string_view a, std::string_view b);
 MXFZELM_EXPORT std::string followLink(std::string_view name);
 
 /// Gives a file another name in the same file system. A file that has that name already is replaced in one
-/// step if `replace`; else it is an error.
+/// step if `replace`; else it is an error, as it always is for a device or a pipe.
 MXFZELM_EXPORT void rename(std::string_view from, std::string_view to, bool replace);
 
 /// Removes a file.

@@ -9,6 +9,7 @@
 #include "MXF/Zelm/Metadata/Structural/PhysicalDescriptors.h"
 #include "MXF/Zelm/Templates/Rational.h"
 #include "MXF/Zelm/Types/UMID.h"
+#include "MXF/Zelm/Utils/TimeCode.h"
 
 #include <optional>
 #include <string>
@@ -28,6 +29,11 @@ struct MXFZELM_EXPORT WaveOrigin {
     /// Takes over what a Wave file says, and reads the chunks behind its samples: all but those of format,
     /// samples, sizes and padding. Its samples cannot be read afterwards.
     explicit WaveOrigin(Essence::Wave::WaveReader& wave);
+
+    /// What a clock shows when the sound begins, at a rate in frames a second; undefined when the file does
+    /// not tell. Drop frame where that keeps to the clock. Throws Exceptions::InvalidValue for a rate that is
+    /// not positive.
+    Utils::TimeCode startTimecode(Templates::Rational<int> const& rate) const;
 
     /// The same package in all files that are made of the Wave file.
     Types::UMID32 packageUID = Types::UMID32::generate(Types::UMIDMaterialType::NotIdentified);

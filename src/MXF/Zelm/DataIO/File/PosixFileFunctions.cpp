@@ -33,6 +33,13 @@ bool noHardLinks() {
     return errno == EPERM || errno == ENOTSUP || errno == EOPNOTSUPP || errno == ENOSYS || errno == EMLINK;
 }
 
+/// Devices, pipes and sockets.
+bool isNoFile(std::string const& name) {
+    struct stat status {};
+    return ::lstat(name.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode) &&
+           !S_ISLNK(status.st_mode);
+}
+
 /// A hard link refuses a name that is taken, in one step; renaming would not.
 void renameToNew(std::string const& from, std::string const& to) {
     if (::link(from.c_str(), to.c_str()) == 0) {
@@ -82,8 +89,10 @@ std::string followLink(std::string_view name) {
 void rename(std::string_view from, std::string_view to, bool replace) {
     std::string const oldName(from), newName(to);
     if (!replace)
-        renameToNew(oldName, newName);
-    else if (::rename(oldName.c_str(), newName.c_str()) != 0)
+        return renameToNew(oldName, newName);
+    if (isNoFile(newName))
+        throw Exceptions::SystemError(newName, "cannot rename to it", EEXIST);
+    if (::rename(oldName.c_str(), newName.c_str()) != 0)
         fail(to, "cannot rename to it");
 }
 

@@ -79,11 +79,22 @@ bool VideoAnalyzer::containsTemporalDependencies() const { return state_->isReor
 bool VideoAnalyzer::isIntraOnly() const { return state_->isIntraOnly; }
 GroupStatistics const& VideoAnalyzer::groups() const { return state_->groups; }
 SizeStatistics const& VideoAnalyzer::sizes() const { return state_->sizes; }
-Utils::TimeCode VideoAnalyzer::currentTimeCode() const { return state_->timecode; }
 unsigned char VideoAnalyzer::itemTypeIdentifier() const { return ElementKey::Picture; }
 unsigned char VideoAnalyzer::essenceElementType() const {
     return wrapping_ == Wrapping::Clip ? clipWrappedMPEG : frameWrappedMPEG;
 }
+
+/// That of the first edit unit is known before it is given, unless pictures behind the first are shown before
+/// it.
+Utils::TimeCode VideoAnalyzer::currentTimeCode() const {
+    auto const& ahead = state_->ahead;
+    if (unitsGiven() != 0 || ahead.empty())
+        return state_->timecode;
+    auto const& first = ahead.front();
+    bool const isOfPlace = first.isTimecodeOfGroup || !state_->isReordered || first.picture.isClosed;
+    return isOfPlace ? first.timecode : Utils::TimeCode();
+}
+
 bool VideoAnalyzer::hasMore() const { return !state_->ahead.empty(); }
 
 /// Finds out where the first picture ahead is shown, which those behind it may tell.

@@ -69,21 +69,14 @@ void addChunk(Metadata::PartitionMetadata& metadata, WAVEAudioPhysicalDescriptor
     }
 }
 
-/// What a clock shows when the sound begins, at the rate of the file that it goes into.
+/// At the rate of the file that the sound goes into.
 void addTimeReference(Metadata::PartitionMetadata& metadata, SourcePackage& package, WaveOrigin const& origin,
                       Templates::Rational<int> const& rate) {
-    constexpr std::uint64_t secondsOfDay = 86400;
-    std::uint64_t const instant =
-        origin.broadcast->timeReference % (secondsOfDay * origin.format.samplingRate);
-    Templates::Rational<std::int64_t> const seconds = {static_cast<std::int64_t>(instant),
-                                                       std::int64_t{origin.format.samplingRate}};
     std::uint64_t length = unknownLength;
     if (origin.sampleCount && *origin.sampleCount < std::uint64_t{1} << 40)
         length = static_cast<std::uint64_t>(static_cast<double>(*origin.sampleCount) /
                                             origin.format.samplingRate * rate.toDouble());
-    addTimecodeTrack(metadata, package,
-                     {Utils::TimeBase::ofEditRate(rate), Utils::secondsToFrames(seconds, rate)}, rate,
-                     length);
+    addTimecodeTrack(metadata, package, origin.startTimecode(rate), rate, length);
 }
 
 SourcePackage& createOrigin(Metadata::PartitionMetadata& metadata, WaveOrigin const& origin,
@@ -128,6 +121,16 @@ WaveOrigin::WaveOrigin(WaveReader& wave)
         }
         chunks.push_back({chunk.id, {chunk.content.begin(), chunk.content.end()}});
     }
+}
+
+Utils::TimeCode WaveOrigin::startTimecode(Templates::Rational<int> const& rate) const {
+    constexpr std::uint64_t secondsOfDay = 86400;
+    if (!broadcast || format.samplingRate == 0)
+        return {};
+    std::uint64_t const instant = broadcast->timeReference % (secondsOfDay * format.samplingRate);
+    Templates::Rational<std::int64_t> const seconds = {static_cast<std::int64_t>(instant),
+                                                       std::int64_t{format.samplingRate}};
+    return {Utils::TimeBase::ofEditRate(rate), Utils::secondsToFrames(seconds, rate)};
 }
 
 void linkOrigin(Metadata::PartitionMetadata& metadata, SourcePackage const& package, unsigned trackID,
