@@ -22,7 +22,7 @@ struct MPEG2VideoAnalyzer::State : Platform::Allocated {
     explicit State(Templates::SharedPtr<DataIO::SliceSource> source) : cutter(std::move(source)) {}
 
     VideoCutter cutter;
-    VideoCutter::Unit first = {};                          // until it is taken
+    VideoCutter::Unit unit = {};                           // read and, while it has data, not taken
     std::optional<Essence::MPEG::SequenceHeader> sequence; // the first
     Essence::MPEG::PictureHeader firstPicture;
     Essence::MPEG::VideoPictures pictures;
@@ -34,7 +34,7 @@ MPEG2VideoAnalyzer::MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::SliceSource>
 MPEG2VideoAnalyzer::~MPEG2VideoAnalyzer() = default;
 
 bool MPEG2VideoAnalyzer::open() {
-    auto& first = state_->first;
+    auto& first = state_->unit;
     if (!state_->cutter.findStart(maximumToSkip()) || !state_->cutter.next(first))
         return false;
     auto const& sequence = first.headers.sequence;
@@ -47,10 +47,9 @@ bool MPEG2VideoAnalyzer::open() {
 
 /// Of the pictures before a B picture only the anchor behind it is shown later.
 bool MPEG2VideoAnalyzer::take(CodedPicture& coded) {
-    VideoCutter::Unit unit = std::move(state_->first);
+    auto& unit = state_->unit;
     if (unit.data.empty() && !state_->cutter.next(unit))
         return false;
-    state_->first = {};
     auto const& headers = unit.headers;
     auto const picture = state_->pictures.next(headers);
     if (!picture)
