@@ -24,6 +24,7 @@ struct MPEG2VideoAnalyzer::State : Platform::Allocated {
     VideoCutter cutter;
     VideoCutter::Unit unit = {};                           // read and, while it has data, not taken
     std::optional<Essence::MPEG::SequenceHeader> sequence; // the first
+    Templates::Rational<int> rate = {};                    // that it tells
     Essence::MPEG::PictureHeader firstPicture;
     Essence::MPEG::VideoPictures pictures;
 };
@@ -41,6 +42,7 @@ bool MPEG2VideoAnalyzer::open() {
     if (!sequence || !first.headers.picture || sequence->width() == 0 || sequence->height() == 0)
         return false;
     state_->sequence = sequence;
+    state_->rate = sequence->frameRate();
     state_->firstPicture = *first.headers.picture;
     return true;
 }
@@ -77,9 +79,7 @@ Essence::MPEG::SequenceHeader const& MPEG2VideoAnalyzer::sequence() const {
     return *state_->sequence;
 }
 
-Templates::Rational<int> MPEG2VideoAnalyzer::streamRate() const {
-    return state_->sequence ? state_->sequence->frameRate() : Templates::Rational<int>{};
-}
+Templates::Rational<int> MPEG2VideoAnalyzer::streamRate() const { return state_->rate; }
 
 Types::UniversalLabel MPEG2VideoAnalyzer::universalLabel() const { return mpegLabel(wrapping()); }
 std::size_t MPEG2VideoAnalyzer::longestGroup() const { return groups().longest(); }
