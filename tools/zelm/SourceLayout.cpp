@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::uint64_t largestReserve = std::uint64_t{16} << 20;
 
-/// Without it every packet is passed over to find the next partition.
+/// Reads the packs of the partitions that it names. Else every packet is passed over to find the next one.
 void readByRandomIndexPack(MXFIO::Reader2& reader) {
     try {
         if (!reader.rip() && !reader.loadRIP())
