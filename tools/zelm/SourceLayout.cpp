@@ -18,7 +18,22 @@ namespace {
 
 constexpr std::uint64_t largestReserve = std::uint64_t{16} << 20;
 
+/// Reads the packs of the partitions that it names. Else every packet is passed over to find the next one.
+void readByRandomIndexPack(MXFIO::Reader2& reader) {
+    try {
+        if (!reader.rip() && !reader.loadRIP())
+            return;
+        for (auto const& [offset, bodySID] : reader.rip()->offsetIndexedMap())
+            reader.partitionAtOffset(offset);
+    } catch (Exceptions::SystemError const&) {
+        throw;
+    } catch (Exceptions::BaseException const&) {
+        // The partitions are found all the same.
+    }
+}
+
 std::vector<Partition*> partitionsOf(Input& input) {
+    readByRandomIndexPack(input.reader);
     std::vector<Partition*> found;
     for (auto* partition = input.reader.headerPartition(); partition != nullptr;
          partition = input.reader.nextPartition(partition))

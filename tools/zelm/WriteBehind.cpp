@@ -9,12 +9,13 @@ namespace {
 /// Bytes that wait at most, unless a single chain has more: enough that both threads go on.
 constexpr std::uint64_t mostWaiting = std::uint64_t{2} << 20;
 
+/// What the system is asked at once to bring to the device early: no more than the thread writes meanwhile.
+constexpr std::uint64_t earlyBytes = std::uint64_t{8} << 20;
+
 } // namespace
 
 WriteBehind::WriteBehind(DataIO::File::FileDataSink& file)
-    : file_(file), position_(file.absoluteOffset()), thread_([this] { run(); }) {
-    file_.synchronizeEarly();
-}
+    : file_(file), position_(file.absoluteOffset()), onTheWay_(position_), thread_([this] { run(); }) {}
 
 WriteBehind::~WriteBehind() {
     {
@@ -38,7 +39,18 @@ void WriteBehind::write(DataIO::Chain const& chain) {
     waiting_.push_back(chain);
     bytes_ += chain.size();
     position_ += chain.size();
+    auto const written = position_ - bytes_;
     changed_.notify_all();
+    lock.unlock();
+    synchronizeEarly(written);
+}
+
+/// The system is asked by the caller's thread, since that takes time, of which the other has less.
+void WriteBehind::synchronizeEarly(std::uint64_t written) {
+    if (written < onTheWay_ + earlyBytes)
+        return;
+    file_.beginSynchronizing(onTheWay_, written - onTheWay_);
+    onTheWay_ = written;
 }
 
 std::uint64_t WriteBehind::seek(std::uint64_t position) {

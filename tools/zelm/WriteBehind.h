@@ -40,6 +40,7 @@ public:
 private:
     using Lock = std::unique_lock<std::mutex>;
 
+    void synchronizeEarly(std::uint64_t written);
     void drain();
     void throwFailure();
     void run();
@@ -47,6 +48,7 @@ private:
 
     MXF::Zelm::DataIO::File::FileDataSink& file_;
     std::uint64_t position_;
+    std::uint64_t onTheWay_; // before it, bytes are on their way to the device
 
     std::mutex mutex_; // of all that follows
     std::condition_variable changed_;

@@ -36,7 +36,8 @@ std::size_t find(const unsigned char* bytes, std::size_t from, std::size_t to,
             continue;
         }
         for (; from < end; ++from)
-            if (bytes[from] == word.front() && std::memcmp(bytes + from, word.data(), word.size()) == 0)
+            if (bytes[from] == word.front() && bytes[from + word.size() - 1] == word.back() &&
+                std::memcmp(bytes + from, word.data(), word.size()) == 0)
                 return from;
     }
     return to;
@@ -64,8 +65,9 @@ void SyncWordFinder::push(Chain const& chain) {
 
 std::optional<std::uint64_t> SyncWordFinder::next() {
     for (; !pending_.empty(); leave(pending_.front())) {
-        if (auto const found = searchBorder(pending_.front()))
-            return found;
+        if (tailSearched_ < tailSize_)
+            if (auto const found = searchBorder(pending_.front()))
+                return found;
         if (auto const found = searchInside(pending_.front()))
             return found;
     }
@@ -74,8 +76,6 @@ std::optional<std::uint64_t> SyncWordFinder::next() {
 
 /// Words that begin in the tail.
 std::optional<std::uint64_t> SyncWordFinder::searchBorder(Slice const& slice) {
-    if (tailSearched_ == tailSize_)
-        return std::nullopt;
     unsigned char joint[2 * (longestWord - 1)];
     std::size_t const size = tailSize_ + std::min(wordSize_ - 1, slice.size());
     std::copy_n(tail_, tailSize_, joint);

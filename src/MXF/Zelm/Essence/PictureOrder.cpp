@@ -133,8 +133,9 @@ void PictureOrder::cutLongGroup() {
 void PictureOrder::give(std::size_t count) {
     std::vector<std::size_t> shown(count); // stored positions in display order
     std::iota(shown.begin(), shown.end(), std::size_t{0});
-    std::stable_sort(shown.begin(), shown.end(), [this](std::size_t a, std::size_t b) {
-        return waiting_[a].picture.order < waiting_[b].picture.order;
+    std::sort(shown.begin(), shown.end(), [this](std::size_t a, std::size_t b) {
+        auto const first = waiting_[a].picture.order, second = waiting_[b].picture.order;
+        return first != second ? first < second : a < b;
     });
     for (std::size_t i = 0; i < count; ++i) {
         auto placed = waiting_[i].place();

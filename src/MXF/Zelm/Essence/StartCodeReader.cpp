@@ -11,6 +11,16 @@ namespace {
 /// Read at once. More costs memory, less system calls.
 constexpr std::uint64_t readSize = std::uint64_t{256} << 10;
 
+/// 0 behind the end.
+std::uint8_t byteAt(DataIO::Chain const& chain, std::uint64_t offset) {
+    for (auto const& slice : chain) {
+        if (offset < slice.size())
+            return slice.data()[static_cast<std::size_t>(offset)];
+        offset -= slice.size();
+    }
+    return 0;
+}
+
 } // namespace
 
 StartCodeReader::StartCodeReader(Templates::SharedPtr<DataIO::SliceSource> source, std::string essence)
@@ -40,9 +50,7 @@ bool StartCodeReader::require(std::uint64_t end) {
 std::optional<StartCodeReader::Code> StartCodeReader::codeAt(std::uint64_t position) {
     if (!require(position + codeSize))
         return std::nullopt;
-    Code code{position, 0};
-    bytes_.copyTo(&code.value, 1, position - start_ + codeSize - 1);
-    return code;
+    return Code{position, byteAt(bytes_, position - start_ + codeSize - 1)};
 }
 
 std::optional<StartCodeReader::Code> StartCodeReader::next() {

@@ -8,9 +8,12 @@ namespace MXF::Zelm::MXFIO {
 
 namespace {
 
-/// What is gathered before it goes to the sink; slices cost time of their own.
+/// What is gathered before it goes to the sink.
 constexpr std::uint64_t mostGathered = 256 * 1024;
-constexpr std::size_t mostSlices = 512;
+constexpr std::size_t mostSlices = 4096;
+
+/// Slices below this size, on average, cost less to copy than to hand over one by one.
+constexpr std::uint64_t smallSlice = 512;
 
 DataIO::RandomAccessDataSink* seekableSink(DataIO::DataSink& sink, CreatorSettings const& settings) {
     if (!settings.canUpdate)
@@ -99,6 +102,8 @@ void Creator::finish() {
 }
 
 void Creator::writeGathered() {
+    if (gathered_.size() < gathered_.slices().size() * smallSlice)
+        gathered_ = gathered_.contiguous();
     onSink([&] { DataIO::writeChain(sink_, gathered_); });
     gathered_.clear();
 }

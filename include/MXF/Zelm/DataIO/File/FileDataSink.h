@@ -54,6 +54,10 @@ public:
     /// can be asked for it: `synchronize` then has little left to wait for.
     void synchronizeEarly() { isEarly_ = true; }
 
+    /// Has the system begin to bring `size` bytes at `position`, which it was handed, to the device, where
+    /// systems can be asked for it. May be called while another thread writes.
+    void beginSynchronizing(std::uint64_t position, std::uint64_t size) noexcept;
+
     /// Cuts the file at the current position.
     void truncate();
 

@@ -95,8 +95,12 @@ void FileDataSink::advance(std::uint64_t bytes) {
     size_ = std::max(size_, bufferStart_);
     if (!isEarly_ || bufferStart_ < onTheWay_ + earlyBytes)
         return;
-    file_->beginSynchronizing(onTheWay_, bufferStart_ - onTheWay_);
+    beginSynchronizing(onTheWay_, bufferStart_ - onTheWay_);
     onTheWay_ = bufferStart_;
+}
+
+void FileDataSink::beginSynchronizing(std::uint64_t position, std::uint64_t size) noexcept {
+    file_->beginSynchronizing(position, size);
 }
 
 void FileDataSink::synchronize() {

@@ -1,17 +1,20 @@
 #include "MXF/Zelm/Essence/MPEG/GroupHeader.h"
 
+#include "MXF/Zelm/Essence/MPEG/BitFields.h"
+
 namespace MXF::Zelm::Essence::MPEG {
 
 GroupHeader GroupHeader::read(DataIO::BitSliceReader& bits) {
     GroupHeader read;
-    read.dropFrame = bits.readFlag();
-    read.hours = static_cast<std::uint8_t>(bits.read(5));
-    read.minutes = static_cast<std::uint8_t>(bits.read(6));
-    bits.skip(1); // marker
-    read.seconds = static_cast<std::uint8_t>(bits.read(6));
-    read.pictures = static_cast<std::uint8_t>(bits.read(6));
-    read.closed = bits.readFlag();
-    read.brokenLink = bits.readFlag();
+    BitFields fields(bits, 27);
+    read.dropFrame = fields.takeFlag();
+    read.hours = fields.take<std::uint8_t>(5);
+    read.minutes = fields.take<std::uint8_t>(6);
+    fields.pass(1); // marker
+    read.seconds = fields.take<std::uint8_t>(6);
+    read.pictures = fields.take<std::uint8_t>(6);
+    read.closed = fields.takeFlag();
+    read.brokenLink = fields.takeFlag();
     return read;
 }
 

@@ -1,31 +1,35 @@
 #include "MXF/Zelm/Essence/MPEG/PictureHeader.h"
 
+#include "MXF/Zelm/Essence/MPEG/BitFields.h"
+
 namespace MXF::Zelm::Essence::MPEG {
 
 PictureCodingExtension PictureCodingExtension::read(DataIO::BitSliceReader& bits) {
     PictureCodingExtension read;
+    BitFields fields(bits, 29);
     for (auto& direction : read.fCode)
         for (auto& code : direction)
-            code = static_cast<std::uint8_t>(bits.read(4));
-    read.intraDCPrecision = static_cast<std::uint8_t>(bits.read(2));
-    read.structure = static_cast<PictureStructure>(bits.read(2));
-    read.topFieldFirst = bits.readFlag();
-    read.framePredFrameDCT = bits.readFlag();
-    read.concealmentMotionVectors = bits.readFlag();
-    read.qScaleType = bits.readFlag();
-    read.intraVLCFormat = bits.readFlag();
-    read.alternateScan = bits.readFlag();
-    read.repeatFirstField = bits.readFlag();
-    read.chroma420Type = bits.readFlag();
-    read.progressiveFrame = bits.readFlag();
+            code = fields.take<std::uint8_t>(4);
+    read.intraDCPrecision = fields.take<std::uint8_t>(2);
+    read.structure = fields.take<PictureStructure>(2);
+    read.topFieldFirst = fields.takeFlag();
+    read.framePredFrameDCT = fields.takeFlag();
+    read.concealmentMotionVectors = fields.takeFlag();
+    read.qScaleType = fields.takeFlag();
+    read.intraVLCFormat = fields.takeFlag();
+    read.alternateScan = fields.takeFlag();
+    read.repeatFirstField = fields.takeFlag();
+    read.chroma420Type = fields.takeFlag();
+    read.progressiveFrame = fields.takeFlag();
     return read;
 }
 
 PictureHeader PictureHeader::read(DataIO::BitSliceReader& bits) {
     PictureHeader read;
-    read.temporalReference = static_cast<std::uint16_t>(bits.read(10));
-    read.type = static_cast<PictureType>(bits.read(3));
-    read.vbvDelay = static_cast<std::uint16_t>(bits.read(16));
+    BitFields fields(bits, 29);
+    read.temporalReference = fields.take<std::uint16_t>(10);
+    read.type = fields.take<PictureType>(3);
+    read.vbvDelay = fields.take<std::uint16_t>(16);
     return read;
 }
 

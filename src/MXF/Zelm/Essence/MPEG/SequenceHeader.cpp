@@ -1,5 +1,7 @@
 #include "MXF/Zelm/Essence/MPEG/SequenceHeader.h"
 
+#include "MXF/Zelm/Essence/MPEG/BitFields.h"
+
 #include <iterator>
 
 namespace MXF::Zelm::Essence::MPEG {
@@ -39,17 +41,18 @@ Ratio aspectRatioOfMPEG1(std::uint8_t code) {
 
 SequenceExtension SequenceExtension::read(DataIO::BitSliceReader& bits) {
     SequenceExtension read;
-    read.profileAndLevel = number<std::uint8_t>(bits, 8);
-    read.progressive = bits.readFlag();
-    read.chromaFormat = number<std::uint8_t>(bits, 2);
-    read.widthExtension = number<std::uint8_t>(bits, 2);
-    read.heightExtension = number<std::uint8_t>(bits, 2);
-    read.bitRateExtension = number<std::uint16_t>(bits, 12);
-    bits.skip(1); // marker
-    read.vbvBufferSizeExtension = number<std::uint8_t>(bits, 8);
-    read.lowDelay = bits.readFlag();
-    read.frameRateN = number<std::uint8_t>(bits, 2);
-    read.frameRateD = number<std::uint8_t>(bits, 5);
+    BitFields fields(bits, 44);
+    read.profileAndLevel = fields.take<std::uint8_t>(8);
+    read.progressive = fields.takeFlag();
+    read.chromaFormat = fields.take<std::uint8_t>(2);
+    read.widthExtension = fields.take<std::uint8_t>(2);
+    read.heightExtension = fields.take<std::uint8_t>(2);
+    read.bitRateExtension = fields.take<std::uint16_t>(12);
+    fields.pass(1); // marker
+    read.vbvBufferSizeExtension = fields.take<std::uint8_t>(8);
+    read.lowDelay = fields.takeFlag();
+    read.frameRateN = fields.take<std::uint8_t>(2);
+    read.frameRateD = fields.take<std::uint8_t>(5);
     return read;
 }
 
@@ -69,14 +72,15 @@ SequenceDisplayExtension SequenceDisplayExtension::read(DataIO::BitSliceReader& 
 
 SequenceHeader SequenceHeader::read(DataIO::BitSliceReader& bits) {
     SequenceHeader read;
-    read.widthValue = number<std::uint16_t>(bits, 12);
-    read.heightValue = number<std::uint16_t>(bits, 12);
-    read.aspectRatioCode = number<std::uint8_t>(bits, 4);
-    read.frameRateCode = number<std::uint8_t>(bits, 4);
-    read.bitRateValue = number<std::uint32_t>(bits, 18);
-    bits.skip(1); // marker
-    read.vbvBufferSizeValue = number<std::uint16_t>(bits, 10);
-    read.constrainedParameters = bits.readFlag();
+    BitFields fields(bits, 62);
+    read.widthValue = fields.take<std::uint16_t>(12);
+    read.heightValue = fields.take<std::uint16_t>(12);
+    read.aspectRatioCode = fields.take<std::uint8_t>(4);
+    read.frameRateCode = fields.take<std::uint8_t>(4);
+    read.bitRateValue = fields.take<std::uint32_t>(18);
+    fields.pass(1); // marker
+    read.vbvBufferSizeValue = fields.take<std::uint16_t>(10);
+    read.constrainedParameters = fields.takeFlag();
     for (int matrix = 0; matrix < 2; ++matrix) // intra, non-intra
         if (bits.readFlag())
             bits.skip(quantiserMatrixBits);

@@ -22,8 +22,9 @@ struct MPEG2VideoAnalyzer::State : Platform::Allocated {
     explicit State(Templates::SharedPtr<DataIO::SliceSource> source) : cutter(std::move(source)) {}
 
     VideoCutter cutter;
-    VideoCutter::Unit first = {};                          // until it is taken
+    VideoCutter::Unit unit = {};                           // read and, while it has data, not taken
     std::optional<Essence::MPEG::SequenceHeader> sequence; // the first
+    Templates::Rational<int> rate = {};                    // that it tells
     Essence::MPEG::PictureHeader firstPicture;
     Essence::MPEG::VideoPictures pictures;
 };
@@ -34,23 +35,23 @@ MPEG2VideoAnalyzer::MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::SliceSource>
 MPEG2VideoAnalyzer::~MPEG2VideoAnalyzer() = default;
 
 bool MPEG2VideoAnalyzer::open() {
-    auto& first = state_->first;
+    auto& first = state_->unit;
     if (!state_->cutter.findStart(maximumToSkip()) || !state_->cutter.next(first))
         return false;
     auto const& sequence = first.headers.sequence;
     if (!sequence || !first.headers.picture || sequence->width() == 0 || sequence->height() == 0)
         return false;
     state_->sequence = sequence;
+    state_->rate = sequence->frameRate();
     state_->firstPicture = *first.headers.picture;
     return true;
 }
 
 /// Of the pictures before a B picture only the anchor behind it is shown later.
 bool MPEG2VideoAnalyzer::take(CodedPicture& coded) {
-    VideoCutter::Unit unit = std::move(state_->first);
+    auto& unit = state_->unit;
     if (unit.data.empty() && !state_->cutter.next(unit))
         return false;
-    state_->first = {};
     auto const& headers = unit.headers;
     auto const picture = state_->pictures.next(headers);
     if (!picture)
@@ -78,9 +79,7 @@ Essence::MPEG::SequenceHeader const& MPEG2VideoAnalyzer::sequence() const {
     return *state_->sequence;
 }
 
-Templates::Rational<int> MPEG2VideoAnalyzer::streamRate() const {
-    return state_->sequence ? state_->sequence->frameRate() : Templates::Rational<int>{};
-}
+Templates::Rational<int> MPEG2VideoAnalyzer::streamRate() const { return state_->rate; }
 
 Types::UniversalLabel MPEG2VideoAnalyzer::universalLabel() const { return mpegLabel(wrapping()); }
 std::size_t MPEG2VideoAnalyzer::longestGroup() const { return groups().longest(); }

@@ -21,17 +21,6 @@ void require(bool condition, const char* text, const char* message,
         throw Exception(Exceptions::Condition{text}, message, where);
 }
 
-/// The key and length that are put before an element of `length` bytes.
-DataIO::Slice keyAndLength(AnalyzerEntry const& entry, std::uint64_t length) {
-    constexpr unsigned char wide = ByteCoders::maximumBERSize;
-    unsigned char const berLength =
-        ByteCoders::calculateBERSize(length) > entry.berLength ? wide : entry.berLength;
-    unsigned char bytes[KLV::Key::size() + wide];
-    std::copy_n(entry.key.rawBuffer(), KLV::Key::size(), bytes);
-    ByteCoders::codeBER(length, berLength, bytes + KLV::Key::size());
-    return DataIO::Slice::copyOf(bytes, KLV::Key::size() + berLength);
-}
-
 /// The entry whose edit units tell how the pictures depend on each other: those that are stored in another
 /// order, else the first pictures, else the first essence.
 std::size_t rulingEntry(Templates::vector<AnalyzerEntry> const& entries) {
@@ -211,8 +200,19 @@ void Worker_impl::processAnalyzer(std::size_t number, DataIO::Chain& out) {
     index_->processAnalyzerIndexEntry(number, entry.index);
 }
 
+/// The key and length that are put before an element of `length` bytes.
+DataIO::Slice Worker_impl::keyAndLength(AnalyzerEntry const& entry, std::uint64_t length) {
+    constexpr unsigned char wide = ByteCoders::maximumBERSize;
+    unsigned char const berLength =
+        ByteCoders::calculateBERSize(length) > entry.berLength ? wide : entry.berLength;
+    unsigned char bytes[KLV::Key::size() + wide];
+    std::copy_n(entry.key.rawBuffer(), KLV::Key::size(), bytes);
+    ByteCoders::codeBER(length, berLength, bytes + KLV::Key::size());
+    return heads_.copyOf(bytes, KLV::Key::size() + berLength);
+}
+
 /// Appends what was read, if anything, and returns its bytes, key and length included.
-std::uint64_t Worker_impl::appendElement(AnalyzerEntry& entry, DataIO::Chain& out) const {
+std::uint64_t Worker_impl::appendElement(AnalyzerEntry& entry, DataIO::Chain& out) {
     if (!entry.wasRead)
         return 0;
     std::uint64_t const before = out.size();

@@ -3,6 +3,7 @@
 
 #include "MXF/Zelm/GenericContainer/Multiplexer/FrameIndexTableBuilder.h"
 #include "MXF/Zelm/GenericContainer/Multiplexer/MuxData.h"
+#include "MXF/Zelm/GenericContainer/Multiplexer/SmallSlices.h"
 #include "MXF/Zelm/GenericContainer/TimecodeTrack.h"
 #include "MXF/Zelm/Utils/Padding.h"
 
@@ -40,7 +41,8 @@ private:
     bool readItemFromAnalyzer(std::size_t number);
     void takeEditUnit(std::size_t number);
     void processAnalyzer(std::size_t number, DataIO::Chain& out);
-    std::uint64_t appendElement(AnalyzerEntry& entry, DataIO::Chain& out) const;
+    DataIO::Slice keyAndLength(AnalyzerEntry const& entry, std::uint64_t length);
+    std::uint64_t appendElement(AnalyzerEntry& entry, DataIO::Chain& out);
     std::uint64_t fillSize(std::size_t number, std::uint64_t elementSize);
     std::uint64_t fillOfEntry(AnalyzerEntry const& entry, std::uint64_t elementSize) const;
     std::uint64_t fillToItem(AnalyzerEntry const& entry);
@@ -50,6 +52,7 @@ private:
     std::unique_ptr<TimecodeTrack> timecodeTrack_;
     std::unique_ptr<FrameIndexTableBuilder> index_;
     Utils::Padding padding_;
+    SmallSlices heads_; ///< keys and lengths
     EditUnit unit_;
     std::size_t ruling_ = 0;  ///< the entry that rules the index
     bool hasEssence_ = false; ///< there is more than a system item
