@@ -75,7 +75,8 @@ std::vector<Word> valuesOf(Row const& row, const char* member, std::size_t digit
             throw BadAncillaryText("\"" + std::string(member) + "\" is not hexadecimal");
         if (at % digits == 0)
             values.push_back(0);
-        values.back() = static_cast<Word>((values.back() << 4 | digit) & mostWord);
+        values.back() =
+            static_cast<Word>((std::uint64_t{values.back()} << 4 | static_cast<unsigned>(digit)) & mostWord);
     }
     return values;
 }

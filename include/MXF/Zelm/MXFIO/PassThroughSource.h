@@ -144,9 +144,9 @@ private:
 
     Utils::Padding padding_;
     bool hasAhead_ = false;
-    bool leavesOut_ = false; // what follows belongs to a track that is left out
+    bool leavesOut_ = false;      // what follows belongs to a track that is left out
     unsigned char lostItems_ = 0; // bits of the system metadata pack
-    DataIO::Chain package_;  // read ahead, with its parts
+    DataIO::Chain package_;       // read ahead, with its parts
     std::vector<Part> parts_;
     std::vector<Part> layout_; // of the first package
     std::vector<GenericContainer::Multiplexer::IndexedElement> elements_;

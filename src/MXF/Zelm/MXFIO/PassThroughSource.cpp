@@ -6,6 +6,7 @@
 #include "MXF/Zelm/MXFIO/FutureUpdater.h"
 #include "MXF/Zelm/Metadata/Structural/GenericDescriptor.h"
 #include "MXF/Zelm/Metadata/Structural/GenericPackage.h"
+#include "MXF/Zelm/Templates/SafeCast.h"
 #include "MXF/Zelm/Utils/Align.h"
 
 #include <algorithm>
@@ -385,7 +386,7 @@ DataIO::Slice PassThroughSource::changedPack(PacketHead const& head) {
     DataIO::Chain pack;
     if (essence_.stream().read(head.headLength + head.length, pack) != head.headLength + head.length)
         throw Exceptions::at(head.fileOffset, Exceptions::InvalidLength("The source ends amid an element"));
-    std::vector<unsigned char> bytes(pack.size());
+    std::vector<unsigned char> bytes(Templates::safeCast<std::size_t>(pack.size()));
     pack.copyTo(bytes.data(), bytes.size());
     bytes[head.headLength] = static_cast<unsigned char>(bytes[head.headLength] & ~lostItems_);
     return DataIO::Slice::adopt(std::move(bytes));
