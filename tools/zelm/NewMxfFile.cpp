@@ -42,7 +42,7 @@ NewMxfFile::NewMxfFile(std::string const& name, NewFileOptions options)
       output_(name, checked(name, options_)),
       start_(std::chrono::steady_clock::now()) {
     if (auto* const file = dynamic_cast<DataIO::File::FileDataSink*>(&output_.sink()))
-        behind_ = std::make_unique<WriteBehind>(*file);
+        behind_ = std::make_unique<WriteBehind>(*file, options_.sync || exists(name));
 }
 
 NewMxfFile::~NewMxfFile() = default;
@@ -69,7 +69,7 @@ void NewMxfFile::write(MXFIO::Creator& creator) {
     bytes_ = creator.progress().fileOffset();
     hasOpenHeader_ = behind_ && !wasDiscarded_ && !creator.progress().isHeaderClosed();
     if (behind_ && !wasDiscarded_)
-        behind_->synchronize();
+        behind_->finish();
     std::chrono::duration<double> const spent = std::chrono::steady_clock::now() - start_;
     seconds_ = spent.count();
     if (wasDiscarded_)

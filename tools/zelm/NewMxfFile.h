@@ -20,9 +20,13 @@
 
 namespace Zelm {
 
+constexpr const char* syncHelp =
+    "Have the file on the device before it gets its name, as one that replaces another is";
+
 struct NewFileOptions {
     bool force = false;                   ///< a file that has the name is replaced
     bool discard = false;                 ///< an interruption leaves no file
+    bool sync = false;                    ///< it is on the device before it gets its name
     std::vector<std::string> inputs = {}; ///< never written over
 
     /// What `done` counts up to, for the progress; 0 for not known.
@@ -54,8 +58,8 @@ public:
 
     /// Writes all that the creator has. After SIGINT or SIGTERM the file ends with what was written so far
     /// and is closed, or is removed if that is wanted. Exceptions of sources and sink come out; what was
-    /// written stays as the part file. The file is on the device before it gets its name, so that not even a
-    /// power cut leaves half a file under it.
+    /// written stays as the part file. A file that replaces another is on the device before it gets its name,
+    /// so that not even a power cut leaves half a file for a whole one.
     void write(MXF::Zelm::MXFIO::Creator& creator);
 
     /// Has an interruption cut the file short?

@@ -60,6 +60,7 @@ protected:
         parser.add_flag("--keep-uids", keepUIDs_, "Keep them, though the packages hold other essence")
             ->excludes(fresh);
         parser.add_flag("--force", file_.force, "Replace a file that is there");
+        parser.add_flag("--sync", file_.sync, syncHelp);
         parser.add_flag("--discard", file_.discard, "An interruption leaves no file");
         report_.declare(parser);
     }

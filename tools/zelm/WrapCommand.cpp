@@ -68,6 +68,7 @@ public:
         parser.add_flag("--verify", options_.verify,
                         "Read the file back by its index and compare each edit unit with what went in");
         parser.add_flag("--force", force_, "Replace a file that is there");
+        parser.add_flag("--sync", sync_, syncHelp);
         parser.add_flag("--discard", discard_,
                         "When interrupted, leave no file; else it is closed with what was written");
         report_.declare(parser);
@@ -162,6 +163,7 @@ private:
         checkPreset(layout, plan);
         NewFileOptions newFile;
         newFile.force = force_;
+        newFile.sync = sync_;
         newFile.discard = discard_;
         newFile.inputs = plan.inputs();
         newFile.total = plan.inputBytes();
@@ -206,7 +208,7 @@ private:
     std::string map_;
     std::string pcm_;
     std::vector<std::string> plays_;
-    bool force_ = false, discard_ = false;
+    bool force_ = false, sync_ = false, discard_ = false;
     ReportOptions report_;
 };
 

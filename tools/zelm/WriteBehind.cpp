@@ -14,8 +14,12 @@ constexpr std::uint64_t earlyBytes = std::uint64_t{8} << 20;
 
 } // namespace
 
-WriteBehind::WriteBehind(DataIO::File::FileDataSink& file)
-    : file_(file), position_(file.absoluteOffset()), onTheWay_(position_), thread_([this] { run(); }) {}
+WriteBehind::WriteBehind(DataIO::File::FileDataSink& file, bool isDurable)
+    : file_(file),
+      isDurable_(isDurable),
+      position_(file.absoluteOffset()),
+      onTheWay_(position_),
+      thread_([this] { run(); }) {}
 
 WriteBehind::~WriteBehind() {
     {
@@ -47,7 +51,7 @@ void WriteBehind::write(DataIO::Chain const& chain) {
 
 /// The system is asked by the caller's thread, since that takes time, of which the other has less.
 void WriteBehind::synchronizeEarly(std::uint64_t written) {
-    if (written < onTheWay_ + earlyBytes)
+    if (!isDurable_ || written < onTheWay_ + earlyBytes)
         return;
     file_.beginSynchronizing(onTheWay_, written - onTheWay_);
     onTheWay_ = written;
@@ -58,9 +62,10 @@ std::uint64_t WriteBehind::seek(std::uint64_t position) {
     return position_ = file_.seek(position);
 }
 
-void WriteBehind::synchronize() {
+void WriteBehind::finish() {
     drain();
-    file_.synchronize();
+    if (isDurable_)
+        file_.synchronize();
 }
 
 /// Afterwards the thread does nothing until there is something to write again.

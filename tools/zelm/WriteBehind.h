@@ -17,10 +17,11 @@ namespace Zelm {
 /// file has all bytes up to some place and none behind it. Used by one thread.
 class WriteBehind : public MXF::Zelm::DataIO::RandomAccessDataSink, public MXF::Zelm::DataIO::SliceSink {
 public:
-    /// `file` is not owned, stays longer than this and is not used by others meanwhile.
-    explicit WriteBehind(MXF::Zelm::DataIO::File::FileDataSink& file);
+    /// `file` is not owned, stays longer than this and is not used by others meanwhile. `isDurable` files are
+    /// on the device at the end.
+    WriteBehind(MXF::Zelm::DataIO::File::FileDataSink& file, bool isDurable);
 
-    /// Writes what waits. What the file throws then goes unnoticed: call `synchronize` to hear of it.
+    /// Writes what waits. What the file throws then goes unnoticed: call `finish` to hear of it.
     ~WriteBehind() override;
     WriteBehind(WriteBehind const&) = delete;
     WriteBehind& operator=(WriteBehind const&) = delete;
@@ -34,8 +35,8 @@ public:
     /// Moves to `position`, when all that waits is written.
     std::uint64_t seek(std::uint64_t position) override;
 
-    /// Writes what waits, and has the system bring the file to the device.
-    void synchronize();
+    /// Writes what waits; of a durable file, waits until the system has brought it to the device.
+    void finish();
 
 private:
     using Lock = std::unique_lock<std::mutex>;
@@ -47,6 +48,7 @@ private:
     bool takeNext(Lock& lock, MXF::Zelm::DataIO::Chain& chain);
 
     MXF::Zelm::DataIO::File::FileDataSink& file_;
+    bool const isDurable_;
     std::uint64_t position_;
     std::uint64_t onTheWay_; // before it, bytes are on their way to the device
 
