@@ -136,7 +136,7 @@ TEST(Rewrap, TellsOfWhatIsMissing) {
     MXFIO::EssenceReader reader(whole.reader, whole.containers().front());
     for (MXFIO::EssenceUnit unit; reader.next(unit);)
         ends.push_back(unit.package.elements.back().valueOffset() + unit.package.elements.back().length);
-    for (std::size_t cut : {ends[0] + 40, ends[3] - 1, ends[5], ends[8] + 30}) {
+    for (std::uint64_t const cut : {ends[0] + 40, ends[3] - 1, ends[5], ends[8] + 30}) {
         Rewrapped file(Bytes(original.begin(), original.begin() + static_cast<std::ptrdiff_t>(cut)));
         auto const run = file.run({"rewrap", file.in()});
         EXPECT_EQ(run.status, 1) << run.errors;

@@ -47,7 +47,7 @@ TEST(Rewrap, DoesNotRelyOnTheRandomIndexPack) {
     for (bool const leavesOut : {true, false}) {
         auto changed = original;
         if (leavesOut)
-            std::copy_n(original.begin() + footer, entrySize, changed.begin() + footer - entrySize);
+            std::copy_n(&original[footer], entrySize, &changed[footer - entrySize]);
         else
             changed[footer - 1] ^= 5;
         Rewrapped file(changed);

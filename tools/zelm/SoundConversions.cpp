@@ -92,7 +92,7 @@ ConvertedFile::Source toEvenChannels(ConvertedFile::Source source, WaveFormat co
     PCMFormat const from{format.channels, bitsOf(format)}, to{evenChannels(format), bitsOf(format)};
     std::vector<unsigned> channels;
     for (unsigned i = 0; i < to.channels; ++i)
-        channels.push_back(i < from.channels ? i : Essence::Converters::PCMConverter::silence);
+        channels.push_back(i < from.channels ? i : unsigned{Essence::Converters::PCMConverter::silence});
     return std::make_shared<Essence::Converters::PCMConverter>(std::move(source), from, to, channels);
 }
 
