@@ -113,7 +113,7 @@ TEST(Wrap, WritesEachPatternAndIndexPlaceSoThatItReadsBack) {
         {both, {"--clip", "--pattern", "op1b"}, 2},
         {both, {"--repeat-header", "--partition-every", "4"}, 2},
         {{"clip.wav"}, {"--index", "header"}, 1},
-        {{"clip.m2v"}, {"--pcm", "16,1,48000", "--reserve", "500"}, 1},
+        {{"clip.m2v"}, {"--pcm", "16,1,48000", "--reserve", "100"}, 1},
     };
     for (auto const& [inputs, options, tracks] : cases) {
         auto const report = folder.report(inputs, options);
@@ -122,7 +122,12 @@ TEST(Wrap, WritesEachPatternAndIndexPlaceSoThatItReadsBack) {
         auto const index = runZelm({"index", folder.file("out.mxf")});
         EXPECT_EQ(index.status, 0) << index.output << index.errors;
         auto const packs = Json::parse(runZelm({"partitions", "--json", folder.file("out.mxf")}).output);
-        EXPECT_EQ(packs["partitions"][0]["status"], "closed complete") << packs;
+        bool const hasOutgrownItsPlace = options.back() == "100";
+        EXPECT_EQ(packs["partitions"][0]["status"],
+                  hasOutgrownItsPlace ? "open incomplete" : "closed complete")
+            << packs;
+        EXPECT_EQ(report["notes"].dump().find("header") != std::string::npos, hasOutgrownItsPlace)
+            << report["notes"];
     }
 }
 
