@@ -83,7 +83,7 @@ public:
         } catch (Exceptions::InvalidValue const& refusal) {
             reportFault(file_, refusal.message());
         } catch (Exceptions::InvalidChange const& refusal) {
-            reportRefusal(refusal.message());
+            refuse(refusal.message());
         } catch (Exceptions::InvalidFormat const&) {
             throw; // a dictionary
         } catch (Exceptions::BaseException const& fault) {
@@ -93,14 +93,9 @@ public:
     }
 
 private:
-    /// The updater's messages begin with the name of the file that they are about.
-    void reportRefusal(std::string const& message) const {
-        auto const separator = message.find(": ");
-        std::string const name = message.substr(0, separator);
-        bool const isNamed = separator != std::string::npos && (name == file_ || name == output_);
+    void refuse(std::string const& message) const {
         bool const hasNoRoom = message.find("do not fit in place") != std::string::npos;
-        reportFault(isNamed ? name : file_, (isNamed ? message.substr(separator + 2) : message) +
-                                                (hasNoRoom ? " (-o writes a new file)" : ""));
+        reportRefusal({file_, output_}, message + (hasNoRoom ? " (-o writes a new file)" : ""));
     }
 
     ExitStatus edit() const {

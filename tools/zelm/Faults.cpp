@@ -2,6 +2,7 @@
 
 #include <MXF/Zelm/ByteCoders/Hexadecimal.h>
 
+#include <algorithm>
 #include <iostream>
 
 namespace Zelm {
@@ -30,6 +31,14 @@ ExitStatus reportFault(std::string_view file, Exceptions::BaseException const& f
     }
     reportFault(file, fault.message(), fault.offset());
     return NotMXF;
+}
+
+void reportRefusal(std::initializer_list<std::string_view> files, std::string_view message) {
+    auto const separator = message.find(": ");
+    auto const name = message.substr(0, separator);
+    bool const isNamed =
+        separator != std::string_view::npos && std::find(files.begin(), files.end(), name) != files.end();
+    reportFault(isNamed ? name : *files.begin(), isNamed ? message.substr(separator + 2) : message);
 }
 
 } // namespace Zelm

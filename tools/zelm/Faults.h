@@ -6,6 +6,7 @@
 #include <MXF/Zelm/Exceptions/Exceptions.h>
 
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,5 +29,9 @@ void reportFault(std::string_view file, std::string_view message,
 
 /// Writes the line for an exception and says which exit status it calls for.
 ExitStatus reportFault(std::string_view file, MXF::Zelm::Exceptions::BaseException const& fault);
+
+/// A refusal of the library, whose message begins with the name of one of `files`; one that does not is about
+/// the first.
+void reportRefusal(std::initializer_list<std::string_view> files, std::string_view message);
 
 } // namespace Zelm

@@ -85,7 +85,7 @@ public:
         } catch (Exceptions::InvalidValue const& refusal) {
             reportFault(file_, refusal.message());
         } catch (Exceptions::InvalidChange const& refusal) {
-            reportRefusal(refusal.message());
+            reportRefusal({file_, output_}, refusal.message());
         } catch (Exceptions::InvalidFormat const&) {
             throw; // a dictionary
         } catch (Exceptions::BaseException const& fault) {
@@ -95,14 +95,6 @@ public:
     }
 
 private:
-    /// The library's messages begin with the name of the file that they are about.
-    void reportRefusal(std::string const& message) const {
-        auto const separator = message.find(": ");
-        std::string const name = message.substr(0, separator);
-        bool const isNamed = separator != std::string::npos && (name == file_ || name == output_);
-        reportFault(isNamed ? name : file_, isNamed ? message.substr(separator + 2) : message);
-    }
-
     ExitStatus repair() const {
         Steps steps;
         MXFIO::Repairer repairer(std::string_view(file_), loadDictionary(report_.dictionaries), searchLimit,
