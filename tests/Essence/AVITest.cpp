@@ -199,6 +199,9 @@ TEST(AVIReader, WalksWhereTheIndexIsMissingOrWrong) {
         {wrong(1 * 16 + 12, 13), {"An index does not agree with the chunks"}},
         {wrong(5 * 16 + 11, 0xFF), {"An index does not agree with the chunks"}},
         {file(chunk("idx1", slice(movie.index, 0, 5 * 16)), movie.data), {"An index leaves chunks out"}},
+        {file(chunk("idx1", slice(movie.index, 0, 3 * 16) + slice(movie.index, 4 * 16, ~0ull)), movie.data),
+         {"An index leaves chunks out"}},
+        {wrong(3 * 16 + 1, 'x'), {"An index leaves chunks out"}},
     };
     for (auto const& row : rows) {
         Reader const reader(fileOf(row.bytes));

@@ -62,8 +62,8 @@ private:
     Chunk rest_ = {}; // of the chunk before next_
 };
 
-/// What an AVI file holds. An index is used when it agrees with the chunks at some places and leaves none out
-/// at the end; otherwise all chunks are found by a walk.
+/// What an AVI file holds. An index is used when it agrees with the chunks at some places and leaves none
+/// out; otherwise all chunks are found by a walk.
 class MXFZELM_EXPORT Reader : public Platform::Allocated {
 public:
     enum class IndexKind {

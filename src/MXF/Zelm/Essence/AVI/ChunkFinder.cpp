@@ -195,20 +195,33 @@ bool ChunkFinder::agrees(ChunkLists const& lists) const {
     return true;
 }
 
-/// Whether data of a stream stands behind all that is listed.
+/// Whether data of a stream begins in a stretch, which begins with a chunk.
+bool ChunkFinder::hasStreamData(Range const& range) const {
+    for (std::uint64_t at = range.begin; auto const chunk = file_.chunkAt(at, range.end);) {
+        if (streamOf(chunk->id))
+            return true;
+        at = chunk->isList() ? chunk->data() + RIFFChunk::typeSize : chunk->next();
+    }
+    return false;
+}
+
+/// Whether data of a stream stands between the chunks that are listed, or behind them.
 bool ChunkFinder::leavesOut(ChunkLists const& lists) const {
-    std::uint64_t last = 0;
+    std::vector<Range> listed;
     for (auto const& chunks : lists)
         for (auto const& chunk : chunks)
-            last = std::max(last, chunk.offset + chunk.size + chunk.size % 2);
+            listed.push_back({std::max(chunk.offset, RIFFChunk::headSize) - RIFFChunk::headSize,
+                              chunk.offset + chunk.size + chunk.size % 2});
+    std::sort(listed.begin(), listed.end(), [](auto const& a, auto const& b) { return a.begin < b.begin; });
+    auto next = listed.begin();
     for (auto const& movie : movies_) {
-        bool found = false;
-        file_.forChunks({std::max(movie.begin, last), std::max(movie.end, last)},
-                        [&](RIFFChunk const& chunk) {
-                            found = last < movie.end && streamOf(chunk.id).has_value();
-                            return !found && last < movie.end;
-                        });
-        if (found)
+        std::uint64_t at = movie.begin;
+        for (; next != listed.end() && next->begin < movie.end; ++next) {
+            if (next->begin > at && hasStreamData({at, next->begin}))
+                return true;
+            at = std::max(at, next->end);
+        }
+        if (at < movie.end && hasStreamData({at, movie.end}))
             return true;
     }
     return false;

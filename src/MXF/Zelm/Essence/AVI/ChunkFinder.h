@@ -38,6 +38,7 @@ private:
 
     bool isRight(std::size_t stream, Chunk const& chunk) const;
     bool agrees(ChunkLists const& lists) const;
+    bool hasStreamData(Range const& range) const;
     bool leavesOut(ChunkLists const& lists) const;
     std::optional<ChunkLists> checked(ChunkLists lists, std::uint64_t offset);
 
