@@ -84,7 +84,16 @@ TEST(JPEG2000Analyzer, FramesOfTwoFieldsHaveTwoCodestreams) {
     auto& descriptor = package.describedBy<RGBAEssenceDescriptor>(*analyzer);
     EXPECT_EQ(*descriptor.frameLayout(), 1);
     EXPECT_EQ(descriptor.aspectRatio()->value(), (Templates::Rational<int>{1, 1}));
+    EXPECT_EQ(descriptor.videoLineMap()->toString(), u"[1][2]") << "the top field is first";
     EXPECT_EQ(package.finish(*analyzer), 2u);
+
+    auto tall = codestream(); // of 288 lines
+    for (std::size_t const height : {14u, 30u})
+        std::copy_n(hex("01 20").begin(), 2, tall.begin() + static_cast<std::ptrdiff_t>(height));
+    auto const standard = analyzerOf({tall + tall});
+    ASSERT_TRUE(standard->preload());
+    AnalyzerPackage other;
+    EXPECT_EQ(other.describedBy<RGBAEssenceDescriptor>(*standard).videoLineMap()->toString(), u"[23][336]");
 }
 
 TEST(JPEG2000Analyzer, NamesProfiles) {

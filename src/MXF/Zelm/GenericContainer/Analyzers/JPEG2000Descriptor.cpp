@@ -70,12 +70,22 @@ Types::RGBALayout layoutOf(CodestreamHeader const& header, Colour colour) {
     return Types::RGBALayout(pairs);
 }
 
-/// Where the picture stands in the signal of its size. Pictures without a signal begin with their first line.
+/// The first lines of fields in the signal of their height.
+constexpr struct {
+    std::uint32_t height;
+    std::int32_t lines[2];
+} fieldRasters[] = {{540, {21, 584}}, {288, {23, 336}}, {243, {21, 283}}, {240, {23, 286}}};
+
+/// Where the picture stands in the signal of its size. Pictures without a signal begin with their first line,
+/// fields with the top one: that the numbers of lines are one even, one odd says so.
 void describeLines(GenericPictureEssenceDescriptor& descriptor, JPEG2000Pictures const& pictures) {
     std::uint32_t const height = pictures.header.height();
-    if (pictures.isOfFields())
-        return height == 540 ? descriptor.videoLineMap(21, 584) : descriptor.videoLineMap(1, 1);
-    descriptor.videoLineMap(height == 1080 ? 42 : height == 720 ? 26 : 1, 0);
+    if (!pictures.isOfFields())
+        return descriptor.videoLineMap(height == 1080 ? 42 : height == 720 ? 26 : 1, 0);
+    for (auto const& raster : fieldRasters)
+        if (raster.height == height)
+            return descriptor.videoLineMap(raster.lines[0], raster.lines[1]);
+    descriptor.videoLineMap(1, 2);
 }
 
 void describeSizes(GenericPictureEssenceDescriptor& descriptor, JPEG2000Pictures const& pictures) {
