@@ -179,6 +179,7 @@ TEST(TransportStream, GivesTheStreamsOfAProgram) {
         auto const bytes = twoStreams(video, sound, before, behind).bytes;
         TransportStreamDemultiplexer stream(sourceOf(cut(bytes, 1000, 11)));
         EXPECT_EQ(stream.program(), 2);
+        EXPECT_EQ(stream.programs(), (std::vector<std::uint16_t>{1, 2}));
         ASSERT_EQ(stream.streams().size(), 2u);
         EXPECT_EQ(stream.streams()[0].coding, Coding::MPEG2Video);
         EXPECT_EQ(stream.streams()[1].coding, Coding::S302M);
@@ -228,6 +229,32 @@ TEST(TransportStream, NamesWhatIsWrong) {
             "752: A PES packet ends 5 bytes before its end",
             "943: A PES packet goes on for 1 bytes behind its end", "1319: A PES packet begins with 000001B3",
             "1507: Packet of stream 100 has a transport error", "1695: A transport packet is cut off"}));
+}
+
+TEST(TransportStream, TellsWhereTimesLeap) {
+    constexpr std::uint64_t second = 90000, turn = std::uint64_t{1} << 33;
+    struct {
+        std::vector<std::uint64_t> times;
+        std::uint64_t leaps;
+        double first;
+    } const rows[] = {
+        {{0, second / 25, 2 * second, 3 * second / 2}, 0, 0},
+        {{turn - 2 * second, turn - second - 1, turn - second / 2, turn + second}, 0, 0}, // the clock turns
+        {{0, 5 * second, 5 * second + 1, 0}, 2, 5},
+        {{turn - 3 * second, turn - 5 * second}, 1, -2},
+    };
+    for (auto const& row : rows) {
+        DataIO::Memory::MemoryDataSink sink;
+        TransportWriter writer(sink);
+        for (auto const time : row.times)
+            writer.write(DataIO::Slice::adopt(pattern(20)), time);
+        TransportStreamDemultiplexer demultiplexer(
+            sourceOf(Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize())));
+        auto const stream = demultiplexer.take(0);
+        readAll(*stream);
+        EXPECT_EQ(stream->leapCount(), row.leaps) << &row - rows;
+        EXPECT_EQ(stream->firstLeap(), row.first) << &row - rows;
+    }
 }
 
 TEST(TransportWriterTest, ComesBackFromTheDemultiplexer) {

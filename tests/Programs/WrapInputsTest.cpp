@@ -2,12 +2,15 @@
 // such files of other programs against what they decode to.
 #include "DataIO/Cuts.h"
 #include "support/AVCStream.h"
+#include "support/Codestream.h"
 #include "support/Files.h"
 #include "support/MPEGStream.h"
 #include "support/Program.h"
 #include "support/WaveBytes.h"
 
+#include "MXF/Zelm/DataIO/Memory/MemoryDataSink.h"
 #include "MXF/Zelm/Essence/AES3/S302M/PacketWriter.h"
+#include "MXF/Zelm/Essence/MPEG/TransportWriter.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -151,6 +154,86 @@ TEST(WrapInputs, RefusesByName) {
     EXPECT_NE(done.errors.find("motion JPEG"), std::string::npos) << done.errors;
 }
 
+TEST(WrapInputs, NamesWhatCannotBeWrapped) {
+    Inputs const inputs;
+    for (auto const& [name, bytes, text] :
+         {std::tuple("a.hevc", hex("00 00 00 01 40 01 0C 01"), "is HEVC video"),
+          {"a.vob", pes(0xE0, hex("00 00 00 01 46 01 50 00 00 01 40 01 0C")), "(HEVC): pictures of this"},
+          {"a.m4v", hex("00 00 01 B0 01 00 00 01 B3 00"), "is MPEG-4 video"},
+          {"a.mp4", hex("00 00 00 08 66 74 79 70 00 00 01 B3"), "is an MP4 file"},
+          {"a.h264", hex("00 00 01 09 F0 00 00 01 65 88 84"), "no parameter sets"}}) {
+        auto const done = inputs.wrap({inputs.add(name, bytes)});
+        EXPECT_EQ(done.status, 2) << name;
+        EXPECT_NE(done.errors.find(text), std::string::npos) << done.errors;
+    }
+}
+
+TEST(WrapInputs, TakesVideoOutOfAVIAndTellsOfItsFaults) {
+    Inputs const inputs;
+    auto const bitmap = longs({40, 720, 576}) + hex("01 00 18 00") + ascii("mpg2") + Bytes(20);
+    auto file = avi(streamList("vids", bitmap, 25, 0),
+                    chunk("00dc", slice(video(), 0, 100)) + chunk("00dc", slice(video(), 100, ~0ull)));
+    auto const name = inputs.add("clip.avi", file + chunk("idx1", Bytes(16)));
+    EXPECT_EQ(inputs.report({name})["tracks"][0]["md5"], inputs.md5("clip.m2v", video()));
+    auto const cutOff = inputs.report({inputs.add("cut.avi", slice(file, 0, file.size() - 10))});
+    ASSERT_EQ(cutOff["notes"].size(), 1u);
+    EXPECT_NE(cutOff["notes"][0].get<std::string>().find("cut.avi: A chunk of "), std::string::npos);
+}
+
+TEST(WrapInputs, NamesTheFileOfASequenceThatIsWrong) {
+    Inputs const inputs;
+    for (auto const number : {"7", "8", "9"})
+        inputs.add("frame0" + std::string(number) + ".j2c", codestream());
+    auto const wrap = [&](std::vector<std::string> options) {
+        options.insert(options.end(), {inputs.file("frame%02d.j2c"), "--rate", "24", "--json"});
+        return inputs.wrap(options);
+    };
+    EXPECT_EQ(Json::parse(wrap({}).output)["files"][0]["tracks"][0]["edit_units"], 3);
+    for (auto const& [scan, label] : {std::pair("progressive", "020c0600"), {"field", "020c0500"}}) {
+        EXPECT_EQ(wrap({"--scan", scan}).status, 0);
+        auto const dump = runZelm({"dump", inputs.file("out.mxf")}).output;
+        EXPECT_NE(dump.find(label), std::string::npos) << scan;
+    }
+    inputs.add("frame10.j2c", codestream());
+    EXPECT_EQ(Json::parse(wrap({"--scan", "two-fields"}).output)["files"][0]["tracks"][0]["edit_units"], 2);
+    inputs.add("frame08.j2c", slice(codestream(), 0, 100));
+    auto const cutOff = wrap({});
+    EXPECT_EQ(cutOff.status, 1);
+    EXPECT_NE(cutOff.errors.find("frame08.j2c: JPEG 2000: "), std::string::npos) << cutOff.errors;
+    inputs.add("frame08.j2c", codestream(true));
+    auto const other = wrap({});
+    EXPECT_EQ(other.status, 3);
+    EXPECT_NE(other.errors.find("frame08.j2c: JPEG 2000: the picture of edit unit 1"), std::string::npos)
+        << other.errors;
+}
+
+TEST(WrapInputs, PassesOnClipsAndTheResourcesOfTimedText) {
+    constexpr const char* uuid = "1a2b3c4d-0000-4000-8000-0123456789ab";
+    auto const text = ascii(R"(<?xml version="1.0"?><tt xmlns="http://www.w3.org/ns/ttml" )"
+                            R"(xmlns:p="http://www.w3.org/ns/ttml#parameter" p:frameRate="24"><body>)"
+                            R"(<div><p begin="1s" end="10.5s">text</p></div></body></tt>)");
+    Inputs const inputs;
+    auto const resource = samples(5000);
+    auto const first = inputs.file("first.mxf");
+    auto const keep = [&] { writeFile(first, readFile(inputs.file("out.mxf"))); };
+    auto const made = inputs.report({inputs.add("text.xml", text), "--resource",
+                                     uuid + std::string("=image/png=") + inputs.add("logo.png", resource)});
+    keep();
+    auto const passed = inputs.report({first});
+    EXPECT_EQ(passed["tracks"][0]["md5"], made["tracks"][0]["md5"]);
+    EXPECT_EQ(passed["tracks"][0]["edit_units"], 252);
+    ASSERT_EQ(runZelm({"extract", inputs.file("out.mxf"), "-o", inputs.file("")}).status, 0);
+    EXPECT_EQ(readFile(inputs.file("out_d1.xml")), text);
+    EXPECT_EQ(readFile(inputs.file("out_" + std::string(uuid) + ".png")), resource);
+
+    auto const pictures = inputs.report({inputs.add("clip.m2v", video()), "--clip"});
+    keep();
+    EXPECT_EQ(inputs.report({first})["tracks"][0]["md5"], pictures["tracks"][0]["md5"]);
+    auto const refused = inputs.wrap({first, "--frame"});
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_NE(refused.errors.find("first.mxf: Only sound"), std::string::npos) << refused.errors;
+}
+
 TEST(WrapInputs, TakesPacketsOfSMPTE302MThatAreCutOff) {
     using namespace Essence::AES3;
     S302M::PacketWriter writer({2, 16, {48000, 1}}, {25, 1});
@@ -208,6 +291,30 @@ TEST(WrapInputs, KeepsPacketsOfSMPTE302MWithTheirBits) {
     inputs.report({sound, "--aes3"});
     auto const channels = Json::parse(runZelm({"audio", "--json", inputs.file("out.mxf")}).output).dump();
     EXPECT_NE(channels.find("J.17"), std::string::npos) << channels;
+}
+
+TEST(WrapInputs, TellsOfLostPacketsAndGoesOn) {
+    constexpr std::size_t frame = 4 * samplesOfFrame, transportPacket = 188;
+    Essence::AES3::S302M::PacketWriter writer({2, 16, {48000, 1}}, {25, 1});
+    DataIO::Memory::MemoryDataSink sink;
+    Essence::MPEG::TransportWriter stream(sink);
+    auto data = samples(4 * frame);
+    for (std::size_t i = 0; i < 4; ++i) {
+        auto const packet = writer.packet(DataIO::Slice::copyOf(data.data() + i * frame, frame));
+        stream.write(packet, (i + (i > 2 ? 75 : 0)) * 3600);
+    }
+    Bytes bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize());
+    auto const packets = bytes.size() / transportPacket;
+    auto const lost = bytes.begin() + static_cast<std::ptrdiff_t>((packets / 2 - 3) * transportPacket);
+    bytes.erase(lost, lost + transportPacket);
+    std::fill_n(data.begin() + frame, frame, std::uint8_t{0}); // of the packet that is not whole
+    Inputs const inputs;
+    auto const done = inputs.wrap({inputs.add("sound.ts", bytes), "--json", "--md5"});
+    EXPECT_EQ(done.status, 1);
+    EXPECT_NE(done.errors.find("is damaged in 2 places, the first: Continuity"), std::string::npos)
+        << done.errors;
+    EXPECT_NE(done.errors.find("its times leap by +3.04 s"), std::string::npos) << done.errors;
+    EXPECT_EQ(Json::parse(done.output)["files"][0]["tracks"][0]["md5"], inputs.md5("plain.wav", wave(data)));
 }
 
 /// What a file holds, as it can be wrapped again; without the offsets in the file.

@@ -1,4 +1,6 @@
 // The streams of AVI files, as inputs of `zelm wrap`.
+#include "Faults.h"
+#include "WrapPictures.h"
 #include "WrapStreams.h"
 
 #include <MXF/Zelm/DataIO/File/FileDataSource.h>
@@ -55,6 +57,8 @@ public:
 
     std::vector<InputHead> streams() const {
         std::vector<InputHead> found;
+        for (auto const& fault : reader_.faults())
+            making_.notes->insert(head_.name + ": " + faultText(fault.message, fault.offset));
         for (std::size_t i = 0; i < reader_.streams().size(); ++i)
             add(i, found);
         if (found.empty())
@@ -79,10 +83,20 @@ private:
             }
             break;
         case Content::Unknown:
-            if (header.isVideo())
-                throw CannotWrap(nameOf(stream) + ": pictures of a coding that is not known");
+            if (header.isVideo()) {
+                found.push_back(otherPictures(stream));
+                return;
+            }
         }
         making_.notes->insert(nameOf(stream) + ": cannot be wrapped and is left out");
+    }
+
+    /// Of the many codes for MPEG and AVC none is looked at.
+    InputHead otherPictures(std::size_t stream) const {
+        InputHead head(nameOf(stream), opening(reader_.streams()[stream].chunks));
+        if (!isVideo(head, making_) && !isAvc(head, making_))
+            throw CannotWrap(head.name + ": pictures of a coding that cannot be wrapped");
+        return head;
     }
 
     StreamHeader const& headerOf(std::size_t stream) const { return reader_.streams()[stream].header; }

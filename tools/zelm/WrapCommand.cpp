@@ -1,6 +1,7 @@
 /// `zelm wrap INPUT… -o OUT.mxf`: essence into a new MXF file.
 #include "Faults.h"
 #include "WrapFiles.h"
+#include "WrapImages.h"
 #include "WrapKinds.h"
 #include "WrapPresets.h"
 #include "WrapReport.h"
@@ -56,6 +57,11 @@ public:
             .add_option("--program", options_.tracks.program,
                         "The number of the program to take from transport streams, if not the first")
             ->check(CLI::Range(1u, 65535u));
+        parser
+            .add_option("--scan", options_.tracks.scan,
+                        "What the codestreams of JPEG 2000 are: progressive pictures; two-fields, two for a "
+                        "frame; or each a field, of which --rate tells the number a second")
+            ->check(CLI::IsMember(scanNames()));
         parser.add_flag(
             "--aes3", options_.tracks.aes3,
             "Wrap sound as AES3, with its channel status in the descriptor, not as Broadcast Wave");

@@ -1,6 +1,7 @@
 #include "WrapFiles.h"
 
 #include "Faults.h"
+#include "StreamDamage.h"
 #include "TimeText.h"
 #include "WrapPresets.h"
 #include "WrapVerify.h"
@@ -175,12 +176,29 @@ double secondsOfSilence(WrapTrack const& track) {
     return ofFile - ofSound;
 }
 
+/// The file that is being read, of a sequence too.
+std::string const& placeOf(WrapTrack const& track) { return track.current ? *track.current : track.input; }
+
+/// Adds what is wrong with the packets that essence came in.
+void noteDamage(WrapResult& result) {
+    std::set<std::string> noted;
+    for (auto* const track : result.tracks) {
+        if (!track->damage)
+            continue;
+        if (track->tap->fault().empty())
+            track->tap->fault(track->damage->faults());
+        if (auto const leaps = track->damage->leaps(); !leaps.empty() && noted.insert(track->input).second)
+            result.notes.push_back(track->input + ": " + leaps);
+    }
+}
+
 /// Notes what does not end with the file, each input once.
 void noteEnds(WrapResult& result) {
-    std::set<std::string> noted;
+    std::set<std::string> noted, faults;
     for (auto const* const track : result.tracks) {
-        if (!track->tap->fault().empty())
-            result.notes.push_back(track->input + ": " + track->tap->fault());
+        auto const& fault = track->tap->fault();
+        if (!fault.empty() && faults.insert(track->input + fault).second)
+            result.notes.push_back(placeOf(*track) + ": " + fault);
         double const aSample = 0.5 / 192000;
         double const silence = track->tail ? secondsOfSilence(*track) : 0;
         bool const isLonger =
@@ -235,7 +253,7 @@ private:
     std::string const& blamed() const {
         for (auto const* const track : result_.tracks)
             if (track->tap->hasThrown())
-                return track->input;
+                return placeOf(*track);
         return file_.name;
     }
 
@@ -262,6 +280,7 @@ private:
         auto& notes = task_.plan.notes();
         result_.notes.insert(result_.notes.end(), notes.begin(), notes.end());
         notes.clear();
+        noteDamage(result_);
         if (!result_.interrupted)
             noteEnds(result_);
         if (output.hasOpenHeader())

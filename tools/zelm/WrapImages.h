@@ -9,4 +9,7 @@ namespace Zelm {
 bool isJpeg2000(InputHead const& head, TrackMaking const& making);
 void addJpeg2000(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks);
 
+/// What --scan may say.
+std::vector<std::string> scanNames();
+
 } // namespace Zelm

@@ -4,6 +4,7 @@
 #include "WrapAncillary.h"
 #include "WrapImages.h"
 #include "WrapPictures.h"
+#include "WrapRefusals.h"
 #include "WrapSounds.h"
 #include "WrapStreams.h"
 #include "WrapTimedText.h"
@@ -14,10 +15,14 @@
 #include <MXF/Zelm/GenericContainer/Analyzers/DataEssenceAnalyzer.h>
 #include <MXF/Zelm/GenericContainer/ElementKey.h>
 #include <MXF/Zelm/MXFIO/PassThroughAnalyzer.h>
+#include <MXF/Zelm/Metadata/Structural/DescriptorKeys.h>
+#include <MXF/Zelm/Metadata/Structural/GenericDescriptor.h>
 
 #include "MetadataChoice.h"
+#include "SourceLayout.h"
 
 #include <algorithm>
+#include <set>
 
 namespace Zelm {
 
@@ -25,6 +30,7 @@ using namespace MXF::Zelm;
 using namespace MXF::Zelm::KLV::Literals;
 using DataIO::File::FileSliceSource;
 using GenericContainer::Wrapping;
+namespace DescriptorKeys = Metadata::Structural::DescriptorKeys;
 
 namespace {
 
@@ -70,11 +76,45 @@ char kindOf(MXFIO::PassThroughAnalyzer const& analyzer) {
     }
 }
 
+/// Clips of samples alone can be parted into edit units.
+bool isOfSamples(MXFIO::EssenceContainer const& container) {
+    return std::all_of(container.tracks.begin(), container.tracks.end(), [](auto const& track) {
+        return track.samples.bytes != 0 && track.samples.rate.isKnown();
+    });
+}
+
+/// The fonts and pictures of timed text, which its descriptor names.
+std::vector<MXFIO::GenericStream> resourcesOf(Input& input, MXFIO::EssenceTrack const& track) {
+    std::vector<MXFIO::GenericStream> found;
+    if (track.descriptor == nullptr || track.descriptor->key() != DescriptorKeys::dcTimedTextDescriptor)
+        return found;
+    std::set<std::uint32_t> named;
+    for (auto const* const set : track.descriptor->subDescriptors())
+        if (auto const* const stream = set->value<Types::UInt32>(u"EssenceStreamID"))
+            named.insert(stream->value());
+    for (auto& stream : genericStreamsOf(input))
+        if (named.count(stream.sid) != 0)
+            found.push_back(std::move(stream));
+    return found;
+}
+
+void addResources(InputHead const& head, std::vector<MXFIO::GenericStream> resources, TrackMaking& making,
+                  WrapTrack& track) {
+    if (resources.empty())
+        return;
+    if (making.hasResources || !making.options.resources.empty())
+        throw CannotWrap(head.name +
+                         ": its timed text has resources, which cannot be beside those of another");
+    making.hasResources = true;
+    track.streams = std::move(resources);
+}
+
 void addContainer(std::shared_ptr<MxfInput> const& file, MXFIO::EssenceContainer const& container,
                   InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
     MXFIO::PassThroughOptions options;
     options.wrapping = making.layout.wrapping().value_or(Wrapping::Unknown);
-    if (!making.layout.wrapping() && container.wrapping() == Wrapping::Clip && !making.wantsOwnSources())
+    if (!making.layout.wrapping() && container.wrapping() == Wrapping::Clip && !making.wantsOwnSources() &&
+        isOfSamples(container))
         options.wrapping = Wrapping::Frame;
     options.editRate = making.layout.rate().value_or(EditRate{});
     std::shared_ptr<MXFIO::PassThroughReader> reader;
@@ -88,6 +128,7 @@ void addContainer(std::shared_ptr<MxfInput> const& file, MXFIO::EssenceContainer
         tracks.back().timecode = timecodeOf(container, track);
         tracks.back().wrapping =
             options.wrapping != Wrapping::Unknown ? options.wrapping : reader->wrapping();
+        addResources(head, resourcesOf(file->input, track), making, tracks.back());
     }
 }
 
@@ -96,8 +137,12 @@ void addMxf(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& 
         throw CannotWrap(head.name + ": an MXF file inside of another file cannot be read");
     auto const file = std::make_shared<MxfInput>(head.name, making.dictionary);
     std::size_t const before = tracks.size();
-    for (auto const& container : file->containers)
-        addContainer(file, container, head, making, tracks);
+    try {
+        for (auto const& container : file->containers)
+            addContainer(file, container, head, making, tracks);
+    } catch (Exceptions::InvalidStructure const& refusal) {
+        throw CannotWrap(head.name + ": " + refusal.message());
+    }
     if (tracks.size() == before)
         throw CannotWrap(head.name + ": has no essence");
 }
@@ -191,12 +236,16 @@ void InputHead::readStart() {
 InputKind const& kindOf(InputHead const& head, TrackMaking const& making) {
     if (!head.as.empty())
         return kindNamed(head);
+    if (auto const* const refusal = refusalOf(head))
+        throw CannotWrap(head.name + ": " + refusal);
     std::string known;
     for (auto const& kind : inputKinds) {
         if (kind.recognises && kind.recognises(head, making))
             return kind;
         known += (known.empty() ? "" : ", ") + std::string(kind.description);
     }
+    if (auto const* const refusal = refusalOfUnknown(head))
+        throw CannotWrap(head.name + ": " + refusal);
     throw CannotWrap(head.name + ": is none of the inputs that can be wrapped: " + known);
 }
 
@@ -216,6 +265,7 @@ void addTrack(std::vector<WrapTrack>& tracks, char kind, InputHead const& head, 
     track.essence = essence;
     track.tap = std::make_shared<TrackTap>(std::move(analyzer));
     track.source = source;
+    track.damage = head.damage;
     track.keeps = std::move(keeps);
     tracks.push_back(std::move(track));
 }

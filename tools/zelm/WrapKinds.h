@@ -30,6 +30,9 @@ struct InputHead {
     /// Of packets of sound, instants by which they begin behind the pictures.
     std::int64_t shift = 0;
 
+    /// Of a stream in packets: what is found to be wrong with them while it is read; else null.
+    std::shared_ptr<StreamDamage> damage = nullptr;
+
     /// Of a sequence of files, which are one input, their names in order; else empty.
     std::vector<std::string> sequence = {};
 

@@ -1,5 +1,7 @@
 // The streams of program and transport streams (ISO/IEC 13818-1), as inputs of `zelm wrap`.
+#include "StreamDamage.h"
 #include "WrapPictures.h"
+#include "WrapRefusals.h"
 #include "WrapStreams.h"
 
 #include <MXF/Zelm/ByteCoders/Hexadecimal.h>
@@ -84,8 +86,12 @@ private:
 
     /// Without a map, video of a program stream is told to be MPEG-2, which it need not be.
     void correct(std::size_t stream) {
-        InputHead const head(nameOf(stream), opening(stream));
-        if (!hasBeginning(infos_[stream], head.bytes) && isAvc(head, making_))
+        InputHead const head(nameOf(stream), opening(stream, std::make_shared<StreamDamage>()));
+        if (isHevc(head))
+            infos_[stream].coding = Coding::HEVC;
+        else if (isMpeg4Video(head))
+            infos_[stream].coding = Coding::MPEG4Video;
+        else if (!hasBeginning(infos_[stream], head.bytes) && isAvc(head, making_))
             infos_[stream].coding = Coding::AVC;
     }
 
@@ -106,9 +112,9 @@ private:
 
     void note(std::size_t stream, const char* what) const { making_.notes->insert(nameOf(stream) + what); }
 
-    InputHead::Opening opening(std::size_t stream) const {
-        return [head = head_, open = open_, stream](InputHead::Blocks const& blocks) {
-            return open(head.open(blocks))->take(stream);
+    InputHead::Opening opening(std::size_t stream, std::shared_ptr<StreamDamage> const& damage) const {
+        return [head = head_, open = open_, stream, damage](InputHead::Blocks const& blocks) {
+            return std::make_shared<WatchedStream>(open(head.open(blocks))->take(stream), damage);
         };
     }
 
@@ -117,7 +123,9 @@ private:
         auto const& info = infos_[stream];
         if (info.coding == Coding::HEVC || info.coding == Coding::MPEG4Video)
             throw CannotWrap(nameOf(stream) + ": pictures of this coding cannot be wrapped");
-        InputHead head(nameOf(stream), opening(stream));
+        auto const damage = std::make_shared<StreamDamage>();
+        InputHead head(nameOf(stream), opening(stream, damage));
+        head.damage = damage;
         if (!hasBeginning(info, head.bytes))
             head.as = info.coding == Coding::AVC ? "avc" : "mpeg2";
         return head;
@@ -131,7 +139,13 @@ private:
             shift = instantsBetween(0, secondsBetween(*begin, *own), samplingRate);
         if (!shift)
             note(stream, ": its times have nothing to do with those of the pictures, and are not kept");
-        return s302mInput(nameOf(stream), opening(stream), shift.value_or(0), making_);
+        auto const damage = std::make_shared<StreamDamage>();
+        auto const packets = [head = head_, open = open_, stream, damage](InputHead::Blocks const& blocks) {
+            return std::make_shared<MendedPackets>(open(head.open(blocks))->take(stream), damage);
+        };
+        auto head = s302mInput(nameOf(stream), packets, shift.value_or(0), making_);
+        head.damage = damage;
+        return head;
     }
 
     /// When the first pictures, else the earliest sound begins, in seconds of the file's clock.
@@ -221,8 +235,25 @@ bool isTransportStream(InputHead const& head, TrackMaking const&) {
     return false;
 }
 
+namespace {
+
+/// Says which program is taken where there are several.
+void notePrograms(InputHead const& head, TrackMaking& making) {
+    TransportStreamDemultiplexer const stream(head.open(making), making.options.program);
+    std::string others;
+    for (auto const program : stream.programs())
+        if (program != stream.program())
+            others += (others.empty() ? "" : ", ") + std::to_string(program);
+    if (making.options.program == 0 && !others.empty())
+        making.notes->insert(head.name + ": program " + std::to_string(stream.program()) +
+                             " is taken; there are others, for --program: " + others);
+}
+
+} // namespace
+
 std::vector<InputHead> transportStreams(InputHead const& head, TrackMaking& making) {
     making.hasPrograms = true;
+    notePrograms(head, making);
     return Multiplex(head, making,
                      [program = making.options.program](InputHead::Source source) {
                          return std::make_unique<TransportStreamDemultiplexer>(std::move(source), program);

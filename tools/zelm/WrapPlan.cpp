@@ -143,6 +143,8 @@ void WrapPlan::checkTracks(TrackMaking const& making, WrapOptions const& options
         throw CannotWrap("--resource: there is no timed text that resources could belong to");
     if (options.tracks.packets && !making.hasPackets)
         throw CannotWrap("--packets: no input has packets of SMPTE 302M");
+    if (!options.tracks.scan.empty() && !making.hasScans)
+        throw CannotWrap("--scan: no input is JPEG 2000");
     if (options.tracks.program != 0 && !making.hasPrograms)
         throw CannotWrap("--program: no input is a transport stream");
     auto const& map = options.tracks.channelMap;

@@ -150,6 +150,7 @@ private:
         track.tap->preload();
         track.wrapping = options.wrapping;
         track.source = making_.sources - 1;
+        track.damage = head_.damage;
         track.tail = tail;
         track.format = sound.format;
         track.channelStatus = options.channelStatus;

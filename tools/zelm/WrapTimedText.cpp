@@ -118,7 +118,7 @@ bool isTimedText(InputHead const& head, TrackMaking const&) {
 }
 
 void addTimedText(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tracks) {
-    if (making.streams != 0)
+    if (making.streams != 0 || (making.hasResources && !making.options.resources.empty()))
         throw CannotWrap(head.name + ": --resource belongs to one document of timed text, not to several");
     std::vector<MXFIO::GenericStream> streams;
     TimedTextOptions options;

@@ -16,6 +16,8 @@
 
 namespace Zelm {
 
+class StreamDamage;
+
 /// The inputs or options do not go together: the message says why.
 struct CannotWrap : std::runtime_error {
     using std::runtime_error::runtime_error;
@@ -54,6 +56,12 @@ struct WrapTrack {
 
     std::shared_ptr<OpenEnd> openEnd = nullptr; ///< of data that has one
 
+    /// Of a stream in packets, what was wrong with them as far as it was read.
+    std::shared_ptr<StreamDamage> damage = nullptr;
+
+    /// Of a sequence of files, the one that was opened last.
+    std::shared_ptr<std::string const> current = nullptr;
+
     std::shared_ptr<void> keeps = nullptr; ///< what the analyzer reads from
 
     /// What belongs to the essence besides, each for a partition of its own.
@@ -72,6 +80,7 @@ struct TrackOptionsOfWrap {
     bool aes3 = false;                                 ///< sound is wrapped as AES3, with its channel status
     bool packets = false;                              ///< SMPTE 302M stays in its packets
     std::optional<std::uint64_t> first = std::nullopt; ///< number of a sequence of files
+    std::string scan;                                  ///< of JPEG 2000; empty when that is not told
     std::vector<std::string> resources = {};           ///< of timed text: [UUID=][TYPE=]FILE
 };
 
@@ -90,11 +99,13 @@ struct TrackMaking {
         std::make_shared<MXF::Zelm::DataIO::Memory::MemoryBlockFactory>();
 
     std::size_t sources = 0;
-    std::size_t sequences = 0;                                     ///< inputs that are sequences of files
-    bool hasPrograms = false;                                      ///< an input is a transport stream
-    std::uint32_t streams = 0;                                     ///< generic streams so far
-    std::size_t channels = 0;                                      ///< of sounds so far
-    bool hasPackets = false;                                       ///< of SMPTE 302M, kept as they are
+    std::size_t sequences = 0; ///< inputs that are sequences of files
+    bool hasPrograms = false;  ///< an input is a transport stream
+    bool hasScans = false;     ///< an input is JPEG 2000
+    std::uint32_t streams = 0; ///< generic streams so far
+    bool hasResources = false; ///< an MXF file has some, which keep their numbers
+    std::size_t channels = 0;  ///< of sounds so far
+    bool hasPackets = false;   ///< of SMPTE 302M, kept as they are
     std::shared_ptr<std::vector<std::string>> dataFiles = nullptr; ///< edit units of the data track
 
     /// What a person should know; sources add to them while they are read.

@@ -131,6 +131,7 @@ private:
     bool isPicture() const;
     GenericContainer::EditUnitIndex indexOf(std::int64_t position) const;
     bool isReordered() const;
+    bool isDocument(std::int64_t position) const;
 
     Templates::SharedPtr<PassThroughReader> reader_;
     EssenceTrack const* track_;

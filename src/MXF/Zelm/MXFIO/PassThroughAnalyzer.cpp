@@ -4,6 +4,7 @@
 #include "MXF/Zelm/Metadata/SetCopy.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace MXF::Zelm::MXFIO {
 
@@ -160,12 +161,21 @@ GenericContainer::EditUnitIndex PassThroughAnalyzer::indexOf(std::int64_t positi
     return found;
 }
 
+/// Whether what stands here is all there is of data that lasts longer than an edit unit: timed text.
+bool PassThroughAnalyzer::isDocument(std::int64_t position) const {
+    constexpr std::int64_t longest = std::numeric_limits<std::int32_t>::max();
+    return wanted_ == Wrapping::Clip && essenceAnalyzerType() == DataAnalyzer && position == 0 &&
+           track_->duration > 1 && track_->duration <= longest && !reader_->fill(*queue_);
+}
+
 std::uint64_t PassThroughAnalyzer::read(GenericContainer::EditUnit& unit) {
     auto item = reader_->pop(*queue_);
     unit.data = std::move(item.data);
     unit.index = indexOf(item.position);
     if (givesSamples())
         return unit.data.size() / track_->samples.bytes;
+    if (isDocument(item.position))
+        return static_cast<std::uint64_t>(track_->duration);
     if (auto const timecode = reader_->container().timecode.editRate.isKnown()
                                   ? reader_->essence().timecode(item.position)
                                   : Utils::TimeCode();

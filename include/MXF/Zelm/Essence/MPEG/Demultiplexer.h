@@ -7,6 +7,7 @@
 #include "MXF/Zelm/Essence/PieceSource.h"
 #include "MXF/Zelm/Templates/Memory.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -41,13 +42,26 @@ public:
     /// The time stamps of the first packet that had any, once it was passed.
     Timestamps const& firstTimestamps() const { return first_; }
 
+    /// How often the times of its packets leapt so far: by more than a second backwards, or by more than two
+    /// forwards. And by how many seconds they did so first; 0 when they never did.
+    std::uint64_t leapCount() const { return leaps_; }
+    double firstLeap() const { return firstLeap_; }
+
+    /// What was wrong so far where it was read.
+    std::vector<StreamFault> const& faults() const;
+    std::uint64_t faultCount() const;
+
 private:
     bool produce(DataIO::Chain& chain) override;
     bool nothingLeft() const override;
+    void follow(Timestamps const& timestamps);
 
     Templates::SharedPtr<DemultiplexerCore> core_;
     std::size_t index_;
     Timestamps first_;
+    std::optional<std::uint64_t> lastDecoding_; // in ticks of 90 kHz
+    std::uint64_t leaps_ = 0;
+    double firstLeap_ = 0;
 };
 
 /// What program and transport streams have in common. The source is read once, for all streams that were
@@ -119,6 +133,9 @@ public:
 
     /// The number of the program.
     std::uint16_t program() const;
+
+    /// The numbers of all programs that the stream says it has.
+    std::vector<std::uint16_t> const& programs() const;
 };
 
 } // namespace MXF::Zelm::Essence::MPEG

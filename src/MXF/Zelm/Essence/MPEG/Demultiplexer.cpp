@@ -30,9 +30,32 @@ bool ElementaryStream::produce(DataIO::Chain& chain) {
     auto piece = core_->collector(index_).take();
     if (!first_.presentation)
         first_ = piece.timestamps;
+    follow(piece.timestamps);
     chain.append(DataIO::Slice::adopt(std::move(piece.bytes)));
     return true;
 }
+
+/// Pictures are decoded in the order of their packets; what has no time for it is so when it is shown. The
+/// clock starts anew after 33 bits.
+void ElementaryStream::follow(Timestamps const& timestamps) {
+    constexpr std::int64_t ticksPerSecond = 90000, turn = std::int64_t{1} << 33;
+    auto const decoding = timestamps.decoding ? timestamps.decoding : timestamps.presentation;
+    if (!decoding)
+        return;
+    auto const before = std::exchange(lastDecoding_, decoding);
+    if (!before)
+        return;
+    auto ticks = static_cast<std::int64_t>(*decoding) - static_cast<std::int64_t>(*before);
+    ticks += ticks < -turn / 2 ? turn : ticks > turn / 2 ? -turn : 0;
+    if (ticks >= -ticksPerSecond && ticks <= 2 * ticksPerSecond)
+        return;
+    if (leaps_++ == 0)
+        firstLeap_ = static_cast<double>(ticks) / static_cast<double>(ticksPerSecond);
+}
+
+std::vector<StreamFault> const& ElementaryStream::faults() const { return core_->faults(); }
+
+std::uint64_t ElementaryStream::faultCount() const { return core_->faultCount(); }
 
 bool ElementaryStream::nextPacket(PESPacket& packet) {
     packet = {};

@@ -2,6 +2,7 @@
 
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace MXF::Zelm::Essence::MPEG {
@@ -27,6 +28,12 @@ void DemultiplexerCore::take(std::size_t index) {
                                           " is not there, or was taken before");
     isTaken_[index] = true;
     collectors_[index].isWanted(true);
+}
+
+void DemultiplexerCore::addProgram(std::uint16_t program) {
+    auto const place = std::lower_bound(programs_.begin(), programs_.end(), program);
+    if (place == programs_.end() || *place != program)
+        programs_.insert(place, program);
 }
 
 void DemultiplexerCore::fault(std::uint64_t offset, std::string message) {

@@ -21,6 +21,9 @@ public:
     /// The number of the program, 0 where there are none.
     virtual std::uint16_t program() const { return 0; }
 
+    /// The numbers of all of them, in rising order.
+    std::vector<std::uint16_t> const& programs() const { return programs_; }
+
     bool isTaken(std::size_t index) const { return isTaken_[index]; }
     void take(std::size_t index);
 
@@ -38,6 +41,9 @@ protected:
     /// Once the streams are known.
     void streams(std::vector<StreamInfo> streams);
 
+    /// One that the source says it has.
+    void addProgram(std::uint16_t program);
+
     void fault(std::uint64_t offset, std::string message);
     FaultSink const& faultSink() const { return faultSink_; }
     ByteWindow& window() { return window_; }
@@ -50,6 +56,7 @@ private:
     std::vector<StreamInfo> streams_;
     std::vector<PESCollector> collectors_;
     std::vector<bool> isTaken_;
+    std::vector<std::uint16_t> programs_;
     FaultSink faultSink_;
     std::vector<StreamFault> faults_;
     std::uint64_t faultCount_ = 0;

@@ -71,6 +71,8 @@ public:
 private:
     std::size_t findGrid(const unsigned char* bytes, std::size_t size);
     void findProgram(const unsigned char* bytes, std::size_t size, std::uint16_t wanted);
+    void takeAssociation(std::vector<unsigned char> const& section, std::uint16_t wanted,
+                         std::map<std::uint16_t, SectionCollector>& tables);
     bool takeMap(ProgramMap map);
 
     bool step() override;
@@ -111,6 +113,14 @@ std::size_t TransportStreamCore::findGrid(const unsigned char* bytes, std::size_
     throw Exceptions::InvalidFormat("The first " + std::to_string(size) + " bytes are no transport stream");
 }
 
+/// "; there are programs 1, 2"
+std::string listed(std::vector<std::uint16_t> const& programs) {
+    std::string text;
+    for (auto const program : programs)
+        text += (text.empty() ? "; there are programs " : ", ") + std::to_string(program);
+    return text;
+}
+
 void TransportStreamCore::findProgram(const unsigned char* bytes, std::size_t size, std::uint16_t wanted) {
     std::map<std::uint16_t, SectionCollector> tables = {{associationId, {}}};
     for (std::size_t at = 0; size - at >= grid_.syncAt + packetSize; at += std::min(grid_.step, size - at)) {
@@ -122,16 +132,24 @@ void TransportStreamCore::findProgram(const unsigned char* bytes, std::size_t si
             continue;
         for (auto const& section : table->second.push(packet.payload, packet.size, packet.beginsUnit)) {
             if (packet.id == associationId)
-                for (auto const& entry : readAssociation(section))
-                    if (wanted == 0 || entry.program == wanted)
-                        tables.try_emplace(entry.mapId);
+                takeAssociation(section, wanted, tables);
             if (auto map = readProgramMap(section); map && (wanted == 0 || map->program == wanted))
                 if (takeMap(std::move(*map)))
                     return;
         }
     }
     throw Exceptions::InvalidFormat("The first " + std::to_string(size) + " bytes have no map of " +
-                                    (wanted == 0 ? "a program" : "program " + std::to_string(wanted)));
+                                    (wanted == 0 ? "a program" : "program " + std::to_string(wanted)) +
+                                    listed(programs()));
+}
+
+void TransportStreamCore::takeAssociation(std::vector<unsigned char> const& section, std::uint16_t wanted,
+                                          std::map<std::uint16_t, SectionCollector>& tables) {
+    for (auto const& entry : readAssociation(section)) {
+        addProgram(entry.program);
+        if (wanted == 0 || entry.program == wanted)
+            tables.try_emplace(entry.mapId);
+    }
 }
 
 /// False for a map without streams.
@@ -219,5 +237,7 @@ TransportStreamDemultiplexer::TransportStreamDemultiplexer(Templates::SharedPtr<
           std::make_shared<TransportStreamCore>(std::move(source), program, searchLimit, mostWaiting)) {}
 
 std::uint16_t TransportStreamDemultiplexer::program() const { return core().program(); }
+
+std::vector<std::uint16_t> const& TransportStreamDemultiplexer::programs() const { return core().programs(); }
 
 } // namespace MXF::Zelm::Essence::MPEG
