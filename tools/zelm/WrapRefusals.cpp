@@ -1,7 +1,7 @@
 #include "WrapRefusals.h"
 
 #include <algorithm>
-#include <initializer_list>
+#include <iterator>
 
 namespace Zelm {
 
@@ -33,11 +33,10 @@ bool isMatroska(InputHead const& head) { return hasAt(head, 0, "\x1A\x45\xDF\xA3
 
 /// A slice, supplemental information or a delimiter of AVC.
 bool isAvcUnit(InputHead const& head) {
+    static constexpr unsigned char types[] = {1, 5, 6, 9};
     auto const* const unit = behindStartCode(head);
-    constexpr unsigned char slice = 1, keySlice = 5, information = 6, delimiter = 9;
     return unit != nullptr && (unit[0] & 0x80u) == 0 &&
-           std::ranges::count(std::initializer_list{slice, keySlice, information, delimiter},
-                              static_cast<unsigned char>(unit[0] & 0x1Fu)) != 0;
+           std::find(std::begin(types), std::end(types), unit[0] & 0x1Fu) != std::end(types);
 }
 
 } // namespace
