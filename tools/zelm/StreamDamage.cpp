@@ -39,6 +39,11 @@ void StreamDamage::take(MXF::Zelm::Essence::MPEG::ElementaryStream const& stream
     }
 }
 
+void StreamDamage::add(std::uint64_t offset, std::string message) {
+    if (faultCount_++ == 0)
+        first_ = {offset, std::move(message)};
+}
+
 std::string StreamDamage::faults() const {
     if (faultCount_ == 0)
         return "";

@@ -10,10 +10,11 @@
 
 namespace Zelm {
 
-/// Of one stream of a program or transport stream. It may be read several times, each from its start: what
-/// the longest reading found counts.
+/// Of one stream of a program or transport stream, or of all of another file. A stream may be read several
+/// times, each from its start: what the longest reading found counts.
 class StreamDamage {
 public:
+    void add(std::uint64_t offset, std::string message);
     void take(MXF::Zelm::Essence::MPEG::ElementaryStream const& stream);
 
     bool hasFaults() const { return faultCount_ != 0; }

@@ -1,5 +1,6 @@
 // The streams of AVI files, as inputs of `zelm wrap`.
 #include "Faults.h"
+#include "StreamDamage.h"
 #include "WrapPictures.h"
 #include "WrapStreams.h"
 
@@ -57,16 +58,28 @@ public:
 
     std::vector<InputHead> streams() const {
         std::vector<InputHead> found;
-        for (auto const& fault : reader_.faults())
-            making_.notes->insert(head_.name + ": " + faultText(fault.message, fault.offset));
         for (std::size_t i = 0; i < reader_.streams().size(); ++i)
             add(i, found);
+        auto const damage = takeFaults();
+        for (auto& stream : found)
+            stream.damage = damage;
         if (found.empty())
             throw CannotWrap(head_.name + ": has no stream that can be wrapped");
         return found;
     }
 
 private:
+    /// What is missing; of faults that did no harm there are notes.
+    std::shared_ptr<StreamDamage> takeFaults() const {
+        auto const damage = std::make_shared<StreamDamage>();
+        for (auto const& fault : reader_.faults())
+            if (fault.isLoss)
+                damage->add(fault.offset, fault.message);
+            else
+                making_.notes->insert(head_.name + ": " + faultText(fault.message, fault.offset));
+        return damage;
+    }
+
     void add(std::size_t stream, std::vector<InputHead>& found) const {
         auto const& header = headerOf(stream);
         switch (header.content()) {

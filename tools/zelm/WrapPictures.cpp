@@ -100,6 +100,8 @@ void addDv(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& t
     auto const analyzer = std::make_shared<GenericContainer::DVAnalyzer>(head.open(making), options);
     if (!analyzer->preload())
         throw CannotWrap(head.name + ": does not begin with a whole frame of DV");
+    if (analyzer->header().sound)
+        making.notes->insert(head.name + ": the sound inside of its frames gets no track of its own");
     addTrack(tracks, 'v', head, "DV video", analyzer, making.sources++);
     tracks.back().wrapping = options.wrapping;
 }

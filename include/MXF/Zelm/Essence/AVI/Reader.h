@@ -31,6 +31,7 @@ struct Chunk {
 struct Fault {
     std::uint64_t offset = 0;
     std::string message = {};
+    bool isLoss = false; ///< data of a stream is missing; else another way to it was found
 };
 
 /// The data of a stream, as a source or chunk by chunk. Several of one file may be read in turn.

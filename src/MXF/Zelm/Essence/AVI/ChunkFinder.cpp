@@ -39,8 +39,8 @@ bool isStreamData(FourCC id) {
 
 } // namespace
 
-void ChunkFinder::fault(std::uint64_t offset, std::string message) {
-    faults_.push_back({offset, std::move(message)});
+void ChunkFinder::fault(std::uint64_t offset, std::string message, bool isLoss) {
+    faults_.push_back({offset, std::move(message), isLoss});
 }
 
 void ChunkFinder::add(std::vector<Chunk>& chunks, Chunk const& chunk) {
@@ -162,7 +162,7 @@ ChunkLists ChunkFinder::byWalk() {
         for (std::uint64_t at = movie.begin; auto const chunk = file_.chunkAt(at, movie.end);) {
             auto const stream = streamOf(chunk->id);
             if (stream && chunk->size > file_.size() - chunk->data()) {
-                fault(chunk->offset, "A chunk of " + std::to_string(chunk->size) + " bytes is cut off");
+                fault(chunk->offset, "A chunk of " + std::to_string(chunk->size) + " bytes is cut off", true);
                 break;
             }
             if (stream)

@@ -28,7 +28,7 @@ public:
 private:
     ChunkLists empty() const { return ChunkLists(streams_.size()); }
     std::optional<std::size_t> streamOf(FourCC id) const;
-    void fault(std::uint64_t offset, std::string message);
+    void fault(std::uint64_t offset, std::string message, bool isLoss = false);
     void add(std::vector<Chunk>& chunks, Chunk const& chunk);
 
     bool readSuperIndex(std::size_t stream, std::vector<Chunk>& chunks);
