@@ -124,9 +124,9 @@ void TableComparison::chooseWhatToCompare() {
     auto const& own = own_.segments;
     auto const& rebuilt = rebuilt_.segments;
     if (!flagsKnown_ && std::any_of(own.begin(), own.end(), hasEntries))
-        result_.notes.push_back(
-            "flags, temporal and key frame offsets are not compared: no MPEG video or AVC "
-            "was found in the essence");
+        result_.notes.push_back(std::string("flags, temporal and key frame offsets are not compared: ") +
+                                (rebuilt_.clipStart != 0 ? "the essence is one clip"
+                                                         : "no MPEG video or AVC was found in the essence"));
     bool const ownKnows = std::any_of(own.begin(), own.end(), hasDeltas);
     elementsKnown_ = ownKnows && std::any_of(rebuilt.begin(), rebuilt.end(), hasDeltas);
     if (!ownKnows)

@@ -121,11 +121,14 @@ void describeSampling(CDCIEssenceDescriptor& descriptor, PictureFacts const& fac
 }
 
 /// The field that is shown first is field 1. Where that is the bottom one, the other begins a line above it.
+/// Fields without a signal begin with their first lines: that the numbers are one even, one odd, or not,
+/// tells which is first.
 void describeRaster(CDCIEssenceDescriptor& descriptor, PictureFacts const& facts) {
     auto const* const raster = rasterOf(facts);
     std::int32_t const above = facts.isTopFirst.value_or(true) ? 0 : 1;
-    descriptor.videoLineMap(raster != nullptr ? raster->firstLine[0] : 0,
-                            raster != nullptr ? raster->firstLine[1] - above : 0);
+    std::int32_t const first = facts.isTopFirst ? 1 : 0;
+    descriptor.videoLineMap(raster != nullptr ? raster->firstLine[0] : first,
+                            (raster != nullptr ? raster->firstLine[1] : 2 * first) - above);
     if (raster != nullptr)
         descriptor.signalStandard(Types::SignalStandard(raster->signalStandard));
     if (facts.isTopFirst)
