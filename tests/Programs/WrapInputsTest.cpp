@@ -79,6 +79,10 @@ TEST(WrapInputs, TakesStreamsOutOfPackets) {
     auto const report = inputs.report({file});
     ASSERT_EQ(report["tracks"].size(), 1u);
     EXPECT_EQ(report["tracks"][0]["md5"], inputs.md5("clip.m2v", video()));
+    auto const pack = hex("00 00 01 BA 44 00 04 00 04 01 00 00 03 F8");
+    auto const amid = inputs.wrap({inputs.add("amid.vob", hex("AA BB") + pack + pack + pes(0xE0, video()))});
+    EXPECT_EQ(amid.status, 1);
+    EXPECT_NE(amid.errors.find("2 bytes are no part of a program stream"), std::string::npos) << amid.errors;
     ASSERT_EQ(report["notes"].size(), 1u);
     EXPECT_NE(report["notes"][0].get<std::string>().find("stream 0xC0 (MPEG audio)"), std::string::npos);
 }

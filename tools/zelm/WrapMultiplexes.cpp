@@ -33,14 +33,15 @@ bool isMpegVideo(StreamInfo const& info) {
     return info.coding == Coding::MPEG1Video || info.coding == Coding::MPEG2Video;
 }
 
-/// Whether a start code is there whose value has these bits under the mask.
-bool hasStartCode(DataIO::Slice const& bytes, unsigned char value, unsigned char mask = 0xFF) {
+/// Whether `times` start codes are there whose value has these bits under the mask.
+bool hasStartCode(DataIO::Slice const& bytes, unsigned char value, unsigned char mask = 0xFF,
+                  unsigned times = 1) {
     constexpr std::size_t prefixSize = std::size(startCodePrefix);
     auto const* const end = bytes.end();
     auto const* at = bytes.begin();
     while ((at = std::search(at, end, std::begin(startCodePrefix), std::end(startCodePrefix))) != end) {
         at += prefixSize;
-        if (at != end && (*at & mask) == value)
+        if (at != end && (*at & mask) == value && --times == 0)
             return true;
     }
     return false;
@@ -201,12 +202,13 @@ private:
 
 } // namespace
 
-/// A packet of a stream opens a file of packets alone, with a stream_id that no start code of video has.
+/// A packet of a stream opens a file of packets alone, with a stream_id that no start code of video has. A
+/// recording may begin amid a pack.
 bool isProgramStream(InputHead const& head, TrackMaking const&) {
     auto const* const bytes = head.bytes.data();
     constexpr unsigned char firstSound = 0xC0, lastVideo = 0xEF;
     if (head.bytes.size() < 4 || !std::equal(std::begin(startCodePrefix), std::end(startCodePrefix), bytes))
-        return false;
+        return hasStartCode(head.bytes, packHeaderCode, 0xFF, 2);
     return bytes[3] == packHeaderCode || bytes[3] == PrivateStream1 ||
            (bytes[3] >= firstSound && bytes[3] <= lastVideo);
 }
