@@ -22,15 +22,17 @@ constexpr const char* separator = ",";
 
 constexpr EditRate usualRate{25, 1};
 
-/// Tracks that cannot go on in silence decide how long an item is.
-bool isLeader(WrapTrack const& track) { return track.kind != 'd' && track.tail == nullptr; }
+/// Tracks that cannot go on, in silence or without content, decide how long an item is.
+bool isLeader(WrapTrack const& track) {
+    return track.kind != 'd' && track.tail == nullptr && track.openEnd == nullptr;
+}
 
 /// How long a sound is, in seconds; one that does not tell is taken for the longest.
 double secondsOf(WrapTrack const& track) {
     return track.samples ? static_cast<double>(*track.samples) / track.format.samplingRate : 1e18;
 }
 
-/// The track that an item ends with: the first leader, else the longest sound, else anything.
+/// The track that an item ends with: the first leader, else the longest sound, else coded sound, else anything.
 WrapTrack* leaderOf(std::vector<WrapTrack*> const& item) {
     for (auto* const track : item)
         if (isLeader(*track))
@@ -39,7 +41,10 @@ WrapTrack* leaderOf(std::vector<WrapTrack*> const& item) {
     for (auto* const track : item)
         if (track->tail && (longest == nullptr || secondsOf(*track) > secondsOf(*longest)))
             longest = track;
-    return longest != nullptr ? longest : item.front();
+    if (longest != nullptr)
+        return longest;
+    auto const sound = std::find_if(item.begin(), item.end(), [](auto const* track) { return track->kind == 'a'; });
+    return sound != item.end() ? *sound : item.front();
 }
 
 Templates::Rational<int> durationOf(WrapTrack const& sound) {
@@ -176,6 +181,7 @@ WrapPlan::Items WrapPlan::openInputs(WrapOptions const& options, SharedDictionar
     }
     making.isRateTold = findRate(opened);
     making.rate = rate_;
+    making.isAlone = waiting.size() == 1 && std::all_of(opened.begin(), opened.end(), [](auto const& tracks) { return tracks.empty(); });
     for (auto const& input : waiting)
         input.kind.addTracks(input.head, making, input.tracks);
     rate_ = making.rate;

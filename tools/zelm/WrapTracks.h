@@ -95,6 +95,8 @@ struct TrackMaking {
     std::uint32_t streams = 0;                                     ///< generic streams so far
     std::size_t channels = 0;                                      ///< of sounds so far
     bool hasPackets = false;                                       ///< of SMPTE 302M, kept as they are
+    bool isAlone = false;                                          ///< there is one stream, and that follows others
+    unsigned codedSounds = 0;                                      ///< of MPEG audio so far
     std::shared_ptr<std::vector<std::string>> dataFiles = nullptr; ///< edit units of the data track
 
     /// What a person should know; sources add to them while they are read.
