@@ -18,8 +18,8 @@ using GenericContainer::Wrapping;
 
 namespace {
 
-/// The sampling rate where three frames follow each other, or fewer and nothing else, with `mostSearched` bytes
-/// before them at most; else 0.
+/// The sampling rate where three frames follow each other, or fewer and nothing else, with `mostSearched`
+/// bytes before them at most; else 0.
 std::uint32_t samplingRateIn(InputHead const& head, TrackMaking const& making, Format const& format,
                              std::uint64_t mostSearched) {
     constexpr unsigned enough = 3;
@@ -46,17 +46,18 @@ private:
 };
 
 const char* textOf(Coding coding) {
-    static constexpr const char* texts[] = {"MPEG-1 layer I",   "MPEG-1 layer II", "MPEG-1 layer III",
-                                            "MPEG-2 layer I",   "MPEG-2 layer II", "MPEG-2 layer III",
-                                            "AC-3", "MPEG-2 AAC", "MPEG-4 AAC"};
+    static constexpr const char* texts[] = {"MPEG-1 layer I", "MPEG-1 layer II", "MPEG-1 layer III",
+                                            "MPEG-2 layer I", "MPEG-2 layer II", "MPEG-2 layer III",
+                                            "AC-3",           "MPEG-2 AAC",      "MPEG-4 AAC"};
     return texts[static_cast<std::size_t>(coding)];
 }
 
 /// "MPEG-1 layer II, 2 channels, 48000 Hz"
 std::string textOf(FrameHeader const& header) {
-    std::string const channels = header.channels == 0   ? ""
-                                 : header.channels == 1 ? ", 1 channel"
-                                                        : ", " + std::to_string(header.channels) + " channels";
+    std::string const channels = header.channels == 0 ? ""
+                                 : header.channels == 1
+                                     ? ", 1 channel"
+                                     : ", " + std::to_string(header.channels) + " channels";
     return textOf(header.coding) + channels + ", " + std::to_string(header.samplingRate) + " Hz";
 }
 
@@ -75,7 +76,9 @@ void add(InputHead const& head, TrackMaking& making, std::vector<WrapTrack>& tra
     auto const analyzer = std::make_shared<CodedSoundAnalyzer>(head.open(making), format, options);
     if (!analyzer->preload())
         throw CannotWrap(head.name + ": has no frames of " + std::string(format.name));
-    if (!making.isRateTold && making.isAlone && options.wrapping == Wrapping::Frame)
+    making.isByFrames = !making.isRateTold && making.isAlone && !making.layout.systemItem() &&
+                        options.wrapping == Wrapping::Frame;
+    if (making.isByFrames)
         making.rate = analyzer->frameRate();
     analyzer->editRate(making.rate);
     analyzer->preload();

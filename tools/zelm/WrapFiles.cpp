@@ -47,7 +47,7 @@ class FileBuilder {
 public:
     FileBuilder(WrapTask const& task, WrapFile const& file, Identities const& identities, std::size_t number)
         : task_(task), file_(file), identities_(identities), number_(number) {
-        auto options = task.layout.builderOptions(task.plan.rate(), task.plan.start(0).value);
+        auto options = task.layout.builderOptions(task.plan.timecodeRate(), task.plan.start(0).value);
         options.materialUID = identities.material;
         if (hasFollowers())
             options.layout.interleaving = MXFIO::CreatorSettings::Interleaving::None;

@@ -32,7 +32,8 @@ double secondsOf(WrapTrack const& track) {
     return track.samples ? static_cast<double>(*track.samples) / track.format.samplingRate : 1e18;
 }
 
-/// The track that an item ends with: the first leader, else the longest sound, else coded sound, else anything.
+/// The track that an item ends with: the first leader, else the longest sound, else coded sound, else
+/// anything.
 WrapTrack* leaderOf(std::vector<WrapTrack*> const& item) {
     for (auto* const track : item)
         if (isLeader(*track))
@@ -43,7 +44,8 @@ WrapTrack* leaderOf(std::vector<WrapTrack*> const& item) {
             longest = track;
     if (longest != nullptr)
         return longest;
-    auto const sound = std::find_if(item.begin(), item.end(), [](auto const* track) { return track->kind == 'a'; });
+    auto const sound =
+        std::find_if(item.begin(), item.end(), [](auto const* track) { return track->kind == 'a'; });
     return sound != item.end() ? *sound : item.front();
 }
 
@@ -181,9 +183,11 @@ WrapPlan::Items WrapPlan::openInputs(WrapOptions const& options, SharedDictionar
     }
     making.isRateTold = findRate(opened);
     making.rate = rate_;
-    making.isAlone = waiting.size() == 1 && std::all_of(opened.begin(), opened.end(), [](auto const& tracks) { return tracks.empty(); });
+    making.isAlone = waiting.size() == 1 && std::all_of(opened.begin(), opened.end(),
+                                                        [](auto const& tracks) { return tracks.empty(); });
     for (auto const& input : waiting)
         input.kind.addTracks(input.head, making, input.tracks);
+    timecodeRate_ = making.isByFrames ? rate_ : making.rate;
     rate_ = making.rate;
     checkTracks(making, options);
     if (layout_.isPreset("d10"))
@@ -286,7 +290,7 @@ void WrapPlan::arrange(Items const& items, WrapOptions const& options) {
     WrapFile file{options.output, {}};
     for (auto const& item : items) {
         file.items.push_back(containersOf(item));
-        starts_.push_back(startTimecode(layout_, rate_, item));
+        starts_.push_back(startTimecode(layout_, timecodeRate_, item));
         endTogether(item, file.items.back());
         if (layout_.isOneFilePerTrack())
             continue;

@@ -90,13 +90,14 @@ struct TrackMaking {
         std::make_shared<MXF::Zelm::DataIO::Memory::MemoryBlockFactory>();
 
     std::size_t sources = 0;
-    std::size_t sequences = 0;                                     ///< inputs that are sequences of files
-    bool hasPrograms = false;                                      ///< an input is a transport stream
-    std::uint32_t streams = 0;                                     ///< generic streams so far
-    std::size_t channels = 0;                                      ///< of sounds so far
-    bool hasPackets = false;                                       ///< of SMPTE 302M, kept as they are
-    bool isAlone = false;                                          ///< there is one stream, and that follows others
-    unsigned codedSounds = 0;                                      ///< of MPEG audio so far
+    std::size_t sequences = 0; ///< inputs that are sequences of files
+    bool hasPrograms = false;  ///< an input is a transport stream
+    std::uint32_t streams = 0; ///< generic streams so far
+    std::size_t channels = 0;  ///< of sounds so far
+    bool hasPackets = false;   ///< of SMPTE 302M, kept as they are
+    bool isAlone = false;      ///< there is one stream, and that follows others
+    bool isByFrames = false;   ///< `rate` is that of coded frames of sound
+    unsigned codedSounds = 0;  ///< of MPEG audio so far
     std::shared_ptr<std::vector<std::string>> dataFiles = nullptr; ///< edit units of the data track
 
     /// What a person should know; sources add to them while they are read.

@@ -19,8 +19,8 @@ struct MXFZELM_EXPORT Frame {
     std::uint64_t offset = 0; ///< in the source
 };
 
-/// Finds frames where they follow each other: the first one counts when another of the same sound, or the end,
-/// stands behind it, as does the first behind bytes that are none. Tags of ID3 in front are passed over.
+/// Finds frames where they follow each other: the first one counts when another of the same sound, or the
+/// end, stands behind it, as does the first behind bytes that are none. Tags of ID3 in front are passed over.
 class MXFZELM_EXPORT FrameCutter : public Platform::Allocated {
 public:
     static constexpr std::uint64_t defaultMostSearched = std::uint64_t{1} << 20;

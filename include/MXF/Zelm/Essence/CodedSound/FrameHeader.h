@@ -50,8 +50,8 @@ struct MXFZELM_EXPORT Format {
     bool (*read)(const unsigned char* bytes, FrameHeader& header);
 };
 
-/// Layers I to III of MPEG-1 and MPEG-2 (ISO/IEC 11172-3, 13818-3), and their extension to still lower sampling
-/// rates. Not in free format, whose frames do not tell their size.
+/// Layers I to III of MPEG-1 and MPEG-2 (ISO/IEC 11172-3, 13818-3), and their extension to still lower
+/// sampling rates. Not in free format, whose frames do not tell their size.
 MXFZELM_EXPORT Format const& mpegAudio();
 
 /// AC-3 (ATSC A/52).

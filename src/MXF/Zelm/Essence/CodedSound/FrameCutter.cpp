@@ -41,7 +41,8 @@ void FrameCutter::passTags() {
         if (left == 0)
             return;
         while (left != 0 && window_->require(1)) {
-            auto const count = static_cast<std::size_t>(std::min({left, step, std::uint64_t{window_->size()}}));
+            auto const count =
+                static_cast<std::size_t>(std::min({left, step, std::uint64_t{window_->size()}}));
             window_->advance(count);
             left -= count;
         }

@@ -84,7 +84,7 @@ private:
 
     bool isMPEG1_ = false;
     std::vector<std::uint8_t> subStreams_; // of AC-3, in the order of their finding
-    PESCollector* open_ = nullptr; // takes a packet that does not say where it ends
+    PESCollector* open_ = nullptr;         // takes a packet that does not say where it ends
 };
 
 std::size_t ProgramStreamCore::unitSize(const unsigned char* bytes, std::size_t size) {
@@ -231,7 +231,9 @@ void ProgramStreamCore::takeUnit(std::size_t size) {
 void ProgramStreamCore::takePrivate(std::size_t size) {
     auto const* const packet = window().data();
     auto const [payload, count] = payloadOf(packet, size);
-    auto* const collector = count >= subStreamHeadSize ? collectorOf(PrivateStream1, payload[0]) : nullptr;
+    if (count < subStreamHeadSize)
+        return fault(window().offset(), "A packet of private stream 1 has no head of a sub-stream");
+    auto* const collector = collectorOf(PrivateStream1, payload[0]);
     if (collector == nullptr)
         return;
     collector->begin(window().offset(), faultSink());

@@ -26,7 +26,7 @@ constexpr int streamByte = 14, wrappingByte = 15;
 
 Types::UniversalLabel codedSoundContainer(Coding coding, std::uint8_t streamId, Wrapping wrapping) {
     constexpr KLV::Key elementaryStream = "060E2B34.04010102.0D010301.02044001"_key, // SMPTE 381M
-        adts = "060E2B34.0401010D.0D010301.02170100"_key;                             // SMPTE 381-4
+        adts = "060E2B34.0401010D.0D010301.02170100"_key;                            // SMPTE 381-4
     constexpr unsigned char frames = 1, clip = 2, privateStream1 = 0xBD, idMask = 0x7F;
     bool const isAAC = coding >= Coding::MPEG2AAC;
     KLV::Key label = isAAC ? adts : elementaryStream;
