@@ -57,7 +57,9 @@ TEST(CodedSoundAnalyzer, EditUnitsHaveTheFramesThatBeginInThem) {
         Templates::Rational<int> rate;
         Counts units;
     } const rows[] = {
-        {0, 10, pal, {2, 2, 1, 2, 2, 1}}, {0, 4, fast, {1, 1, 1, 0, 1}}, {-481, 10, pal, {3, 1, 2, 2, 1, 1}},
+        {0, 10, pal, {2, 2, 1, 2, 2, 1}},
+        {0, 4, fast, {1, 1, 1, 0, 1}},
+        {-481, 10, pal, {3, 1, 2, 2, 1, 1}},
         {-2800, 5, pal, {3}}, // two lie before
         {-3000, 5, pal, {2}}, // and more than half of the third
         {4000, 2, pal, {0, 0, 2}},
