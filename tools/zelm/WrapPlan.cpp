@@ -85,16 +85,24 @@ void goOnInSilence(WrapTrack& track) {
     track.tap->lengthIsOpen();
 }
 
+/// What has no silence goes on without content where it stands in the leader's content packages; elsewhere it
+/// ends as it does.
+void goOnBeside(WrapTrack const& leader, WrapContainer const& container) {
+    if (container.isClip() || !holds(container, &leader))
+        return;
+    for (auto* const track : container.tracks)
+        if (track->openEnd && track != &leader)
+            track->openEnd->goOn();
+}
+
 /// Sounds go on in silence until the leader of the item ends, and no further.
 void endTogether(std::vector<WrapTrack*> const& item, WrapItem const& containers) {
     auto* const leader = leaderOf(item);
     for (auto* const track : item)
         if (track->tail && track->tail != leader->tail)
             goOnInSilence(*track);
-    for (auto* const track : item)
-        if (track->openEnd && track != leader)
-            track->openEnd->goOn();
     for (auto const& container : containers) {
+        goOnBeside(*leader, container);
         formGroup(container, leader);
         if (!holds(container, leader))
             follow(container, *leader);
