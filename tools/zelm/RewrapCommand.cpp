@@ -1,5 +1,6 @@
 /// `zelm rewrap IN -o OUT` and `zelm join A B… -o OUT`: the essence of files in another file, unchanged.
 #include "Faults.h"
+#include "ForceOption.h"
 #include "Json.h"
 #include "NewMxfFile.h"
 #include "Rewrap.h"
@@ -59,7 +60,7 @@ protected:
         auto* const fresh = parser.add_flag("--new-uids", newUIDs_, "Give packages new UMIDs in any case");
         parser.add_flag("--keep-uids", keepUIDs_, "Keep them, though the packages hold other essence")
             ->excludes(fresh);
-        parser.add_flag("--force", file_.force, "Replace a file that is there");
+        declareForce(parser, file_.force, "Replace a file that is there");
         parser.add_flag("--sync", file_.sync, syncHelp);
         parser.add_flag("--discard", file_.discard, "An interruption leaves no file");
         report_.declare(parser);
