@@ -33,6 +33,11 @@ struct TapOptions {
     bool asStream = false; ///< hashes are of the bytes in a row, not of edit units
 };
 
+/// How long so many edit units take, in seconds. Exact where 32 bits can tell it, else up: by less than a
+/// sample in the twelve hours beyond which that happens.
+MXF::Zelm::Templates::Rational<int> durationOf(std::uint64_t units,
+                                               MXF::Zelm::Templates::Rational<int> const& rate);
+
 /// All questions go to the analyzer behind it.
 class TrackTap : public MXF::Zelm::GenericContainer::EssenceAnalyzer {
 public:

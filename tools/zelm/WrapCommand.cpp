@@ -162,6 +162,7 @@ private:
         auto const dictionary = loadDictionary(report_.dictionaries);
         WrapPlan plan(layout, options_, dictionary);
         checkPreset(layout, plan);
+        plan.checkContainers();
         NewFileOptions newFile;
         newFile.force = force_;
         newFile.sync = sync_;

@@ -162,7 +162,8 @@ private:
 /// "0.52 s"
 std::string secondsText(double seconds) {
     char text[32];
-    std::snprintf(text, sizeof text, "%.2f s", seconds);
+    bool const isShort = seconds < 0.01;
+    std::snprintf(text, sizeof text, "%.2f %s", isShort ? seconds * 1000 : seconds, isShort ? "ms" : "s");
     return text;
 }
 
