@@ -90,9 +90,34 @@ TEST(Wrap, EndsSoundWithThePictures) {
     ASSERT_EQ(report["notes"].size(), 2u) << report["notes"];
     EXPECT_NE(std::string(report["notes"][0]).find("longer"), std::string::npos);
     EXPECT_NE(std::string(report["notes"][1]).find("silence was added, 0.24 s"), std::string::npos);
+    auto const clips =
+        folder.report({"clip.m2v", "clip.wav", "short.wav"}, {"--pattern", "op1b", "--clip"})["tracks"];
+    EXPECT_EQ(clips[1]["bytes"], frames * samplesOfFrame * 4);
+    EXPECT_EQ(clips[2]["bytes"], frames * samplesOfFrame * 2);
     writeFile(folder.file("short.wav"), wave(1, frames * samplesOfFrame - 72));
     auto const almost = folder.run({"clip.m2v", "short.wav"}, {"--force"}).errors;
     EXPECT_NE(almost.find("silence was added, 1.50 ms"), std::string::npos) << almost;
+}
+
+/// The pictures that the first one shown needs stand before it, and count in descriptors.
+TEST(Wrap, PartsOfItAreNotOdd) {
+    Wrapped const folder;
+    ASSERT_EQ(folder.run({"clip.m2v", "clip.wav"}).status, 0);
+    auto const part = folder.file("part.mxf");
+    ASSERT_EQ(runZelm({"rewrap", folder.file("out.mxf"), "--range", "6:8", "-o", part}).status, 0);
+    auto const info = Json::parse(runZelm({"info", "--json", part}).output)["files"][0];
+    EXPECT_EQ(info["odd"], Json::array());
+
+    // Sound that is cut in edit units is played by them, and not by samples.
+    ASSERT_EQ(folder.run({"clip.wav"}, {"--clip", "--force"}).status, 0);
+    ASSERT_EQ(
+        runZelm({"rewrap", folder.file("out.mxf"), "--frame", "--rate", "25", "-o", part, "--force"}).status,
+        0);
+    auto const cut = Json::parse(runZelm({"info", "--json", part}).output)["files"][0];
+    EXPECT_EQ(cut["odd"], Json::array());
+    auto const& played = cut["packages"][0]["tracks"][1];
+    EXPECT_EQ(played["edit_rate"], "25/1");
+    EXPECT_EQ(played["duration"], frames + 1);
 }
 
 TEST(Wrap, WritesEachPatternAndIndexPlaceSoThatItReadsBack) {

@@ -118,6 +118,10 @@ private:
         }
     }
 
+    bool isTriedAgain(Exceptions::BaseException const& fault) const {
+        return options_.trustsSizes && dynamic_cast<MXFIO::PassThroughSource::Irregular const*>(&fault);
+    }
+
     ExitStatus writeFile(std::vector<std::string> const& inputs) {
         Rewrap rewrap(inputs, loadDictionary(report_.dictionaries), options_);
         file_.total = rewrap.inputBytes();
@@ -126,9 +130,9 @@ private:
         try {
             file.write(*creator);
             file.complete();
-        } catch (Exceptions::BaseException const&) {
+        } catch (Exceptions::BaseException const& fault) {
             file.abandon();
-            if (!file.partName().empty())
+            if (!file.partName().empty() && !isTriedAgain(fault))
                 reportFault(file.partName(), "is not whole");
             throw;
         }

@@ -67,12 +67,24 @@ bool TrackTap::done() const { return isEnded() || inner_->done(); }
 
 bool TrackTap::nextEditUnit(EditUnit& unit) {
     hasThrown_ = true;
-    bool const isGiven = !isEnded() && inner_->nextEditUnit(unit);
+    bool const isGiven = !isEnded() && give(unit);
     hasThrown_ = false;
     if (isGiven)
         take(unit);
     else
         unit.clear();
+    return isGiven;
+}
+
+/// The first edit unit of what others may end comes alone: it is read before they are.
+bool TrackTap::give(EditUnit& unit) {
+    auto const rate = inner_->editRate();
+    bool const isAlone = isOpen_ && units_ == 0 && !inner_->getDuration().isKnown() && rate.isKnown();
+    if (isAlone)
+        inner_->setDuration({rate.denominator, rate.numerator});
+    bool const isGiven = inner_->nextEditUnit(unit);
+    if (isAlone)
+        inner_->setDuration({});
     return isGiven;
 }
 

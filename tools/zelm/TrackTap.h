@@ -58,6 +58,7 @@ public:
 
     /// The essence may go on beyond what the analyzer knows of its length.
     void lengthIsOpen() { isOpen_ = true; }
+    bool isLengthOpen() const { return isOpen_; }
 
     EssenceAnalyzer& analyzer() const { return *inner_; }
     bool innerDone() const { return inner_->done(); }
@@ -117,6 +118,7 @@ public:
 
 private:
     bool isEnded() const;
+    bool give(EditUnit& unit);
     std::uint64_t unitsIn(EditUnit const& unit) const;
     void take(EditUnit const& unit);
 

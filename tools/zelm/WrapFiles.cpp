@@ -110,6 +110,8 @@ private:
             OPBuilders::ClipWrapping wrapping;
             wrapping.analyzer = container.tracks.front()->tap;
             wrapping.kagSize = task_.layout.kagSize();
+            if (container.tracks.front()->tap->isLengthOpen())
+                wrapping.configure = [](GenericContainer::ClipWrapper::Wrap& wrap) { wrap.mayEndEarly(); };
             return builder_->addClipWrapped(wrapping, package);
         }
         OPBuilders::FrameWrapping wrapping;
