@@ -71,9 +71,12 @@ Copies playedBy(Structural::TimelineTrack const& track, ContainerCopies& copies)
         auto const* const source = timelineTrack(*copy->package, id);
         if (source == nullptr || !isWhole(*clip, *source))
             refuse("parts of packages are played");
-        if (place.value_or(placeOf(*copy, id)) != placeOf(*copy, id))
+        auto const here = placeOf(*copy, id);
+        if (here == copy->essence.tracks.size())
+            refuse("a track is played that has no essence");
+        if (place.value_or(here) != here)
             refuse("tracks are played in another order");
-        place = placeOf(*copy, id);
+        place = here;
         played.push_back(copy);
     }
     return played;

@@ -10,6 +10,7 @@
 #include <MXF/Zelm/Utils/TimeBase.h>
 
 #include <algorithm>
+#include <limits>
 
 namespace Zelm {
 
@@ -45,6 +46,12 @@ Structural::TimelineTrack& withTime(PartitionMetadata& metadata, Structural::Tra
     return track;
 }
 
+/// A position in a file may be any number.
+std::int64_t later(std::int64_t position, std::int64_t units) {
+    constexpr auto latest = std::numeric_limits<std::int64_t>::max();
+    return units > 0 && position > latest - units ? latest : position + units;
+}
+
 /// Nothing is said for so long, then what was said at once.
 void delaySegments(PartitionMetadata& metadata, Structural::Sequence& sequence, std::int64_t units) {
     auto const& label = Properties::structuralComponents.label;
@@ -57,14 +64,14 @@ void delaySegments(PartitionMetadata& metadata, Structural::Sequence& sequence, 
         sequence.addReference(label, *segment);
     }
     if (auto const length = lengthOf(sequence); length >= 0)
-        sequence.duration(Types::Length(length + units));
+        sequence.duration(Types::Length(later(length, units)));
 }
 
 void delayEvents(Structural::Sequence& sequence, std::int64_t units) {
     for (auto* const component : sequence.structuralComponents())
         if (auto* const event = dynamic_cast<Structural::DMSegment*>(component);
             event != nullptr && event->eventStartPosition() != nullptr)
-            event->eventStartPosition(Types::Position(event->eventStartPosition()->value() + units));
+            event->eventStartPosition(Types::Position(later(event->eventStartPosition()->value(), units)));
 }
 
 /// What is said of tracks is said of those that play them.
