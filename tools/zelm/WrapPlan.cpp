@@ -49,10 +49,6 @@ WrapTrack* leaderOf(std::vector<WrapTrack*> const& item) {
     return sound != item.end() ? *sound : item.front();
 }
 
-Templates::Rational<int> durationOf(WrapTrack const& sound) {
-    return {Templates::safeCast<int>(*sound.samples), static_cast<int>(sound.format.samplingRate)};
-}
-
 bool holds(WrapContainer const& container, WrapTrack const* track) {
     return std::find(container.tracks.begin(), container.tracks.end(), track) != container.tracks.end();
 }
@@ -74,7 +70,8 @@ void follow(WrapContainer const& container, WrapTrack& leader) {
         if (!track->tail || track->tail == leader.tail)
             continue;
         if (isKnown)
-            track->tap->setDuration(durationOf(leader));
+            track->tap->setDuration(
+                durationOf(*leader.samples, {static_cast<int>(leader.format.samplingRate), 1}));
         else
             leader.tap->addFollower(track->tap);
     }
@@ -110,6 +107,8 @@ void endTogether(std::vector<WrapTrack*> const& item, WrapItem const& containers
 }
 
 /// "clip.mxf" and "v1" give "clip_v1.mxf".
+bool isReordered(WrapTrack const* track) { return track->tap->containsTemporalDependencies(); }
+
 std::string nameWithTrack(std::string const& name, std::string const& track) {
     auto const slash = name.find_last_of("/\\");
     auto const dot = name.rfind('.');
@@ -312,6 +311,16 @@ void WrapPlan::arrange(Items const& items, WrapOptions const& options) {
     else
         for (auto const& container : file.items.front())
             files_.push_back({nameWithTrack(options.output, container.tracks.front()->name), {{container}}});
+}
+
+void WrapPlan::checkContainers() const {
+    for (auto const& file : files_)
+        for (auto const& item : file.items)
+            for (auto const& container : item)
+                if (auto const& tracks = container.tracks;
+                    std::count_if(tracks.begin(), tracks.end(), isReordered) > 1)
+                    throw CannotWrap("a container takes one stream with B pictures, others need their own: "
+                                     "--pattern op1b");
 }
 
 std::uint64_t WrapPlan::bytesTaken() const {
