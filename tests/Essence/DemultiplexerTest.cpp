@@ -280,4 +280,33 @@ TEST(TransportWriterTest, ComesBackFromTheDemultiplexer) {
     EXPECT_THROW(writer.write(DataIO::Slice::adopt(Bytes(65528)), 0), Exceptions::InvalidLength);
 }
 
+/// Packets of private stream 1 as discs have them: two sounds, and pictures that are neither.
+TEST(ProgramStreamDemultiplexer, TakesSoundOutOfSubStreams) {
+    Bytes const pack = hex("00 00 01 BA 44 00 04 00 04 01 01 89 C3 F8"), one = hex("0B 77 11 11 11"),
+                two = hex("0B 77 22 22");
+    Bytes const program = pack + pes(0xBD, hex("20 00 00") + repeated(9, 3)) +
+                          pes(0xBD, hex("80 01 00 01") + one, true) +
+                          pes(0xBD, hex("81 01 00 03 EE EE") + two) + pes(0xBD, hex("80 00 00 00 44")) +
+                          pes(0xBD, hex("80 01"));
+    ProgramStreamDemultiplexer demultiplexer(sourceOf(cut(program, 50, 3)));
+    ASSERT_EQ(demultiplexer.streams().size(), 2u);
+    for (std::size_t i = 0; i < 2; ++i) {
+        EXPECT_EQ(demultiplexer.streams()[i].coding, Coding::AC3);
+        EXPECT_EQ(demultiplexer.streams()[i].subStream, 0x80 + i);
+    }
+    auto const first = demultiplexer.take(0), second = demultiplexer.take(1);
+    PESPacket packet;
+    ASSERT_TRUE(first->nextPacket(packet));
+    EXPECT_EQ(packet.timestamps.presentation, 90000u);
+    EXPECT_EQ(bytesOf(packet.payload), one);
+    EXPECT_EQ(readAll(*first), hex("44"));
+    EXPECT_EQ(readAll(*second), hex("EE EE") + two);
+    EXPECT_EQ(demultiplexer.faultCount(), 1u) << "a packet without a head";
+    EXPECT_EQ(ProgramStreamDemultiplexer(sourceOf(cut(pack + pes(0xBD, hex("80 01 00 02") + one), 50, 3)))
+                  .streams()[0]
+                  .subStream,
+              0)
+        << "no frame is where the head says";
+}
+
 } // namespace MXF::Zelm::Test

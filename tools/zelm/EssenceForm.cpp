@@ -3,6 +3,7 @@
 #include "WaveForm.h"
 
 #include <MXF/Zelm/Essence/AES3/S302M/PacketCutter.h>
+#include <MXF/Zelm/Essence/CodedSound/FrameHeader.h>
 #include <MXF/Zelm/Metadata/Structural/CDCIEssenceDescriptor.h>
 #include <MXF/Zelm/Metadata/Structural/DescriptorKeys.h>
 #include <MXF/Zelm/Metadata/Structural/GenericPictureEssenceDescriptor.h>
@@ -114,9 +115,23 @@ constexpr ContentRow contentRows[] = {
     {0, "\0\0\0\1\x09"sv, "h264"}, {0, "\0\0\0\1\x67"sv, "h264"},    {0, "\0\0\1\x67"sv, "h264"},
     {0, "\0\0\0\1\x46"sv, "h265"}, {0, "\0\0\0\1\x40"sv, "h265"},    {0, "\xFF\x4F\xFF\x51"sv, "j2c"},
     {0, "\xFF\x10"sv, "jxs"},      {0, "\x76\x2F\x31\x01"sv, "exr"}, {4, "icpf"sv, "icpf"},
-    {0, "BBCD"sv, "vc2"},          {0, "\x1F\x07\0"sv, "dv"},        {0, "\x0B\x77"sv, "ac3"},
-    {0, "\xFF\xF1"sv, "aac"},      {0, "\xFF\xFD"sv, "mp2"}, // MPEG-1 layer 2
-    {0, "\xFF\xFB"sv, "mp3"},
+    {0, "BBCD"sv, "vc2"},          {0, "\x1F\x07\0"sv, "dv"},
+};
+
+// By the numbers of Essence::CodedSound::Coding.
+constexpr const char* codedSounds[] = {"mp1", "mp2", "mp3", "mp1", "mp2", "mp3", "ac3", "aac", "aac"};
+
+struct SoundRow {
+    unsigned char bytes[3]; // 12 to 14
+    const char* suffix;
+};
+
+// SoundEssenceCompression: labels 04 02 02 02 of compressed sound.
+constexpr SoundRow soundRows[] = {
+    {{0x03, 0x02, 0x01}, "ac3"}, {{0x03, 0x02, 0x04}, "mp1"}, {{0x03, 0x02, 0x05}, "mp2"},
+    {{0x03, 0x03, 0x01}, "aac"}, {{0x04, 0x01, 0x01}, "mp1"}, {{0x04, 0x01, 0x02}, "mp2"},
+    {{0x04, 0x01, 0x03}, "mp3"}, {{0x04, 0x02, 0x01}, "mp1"}, {{0x04, 0x02, 0x02}, "mp2"},
+    {{0x04, 0x02, 0x03}, "mp3"},
 };
 
 constexpr ContentRow documentRows[] = {
@@ -216,6 +231,32 @@ const char* byPictureCoding(Structural::FileDescriptor const& descriptor) {
     return nullptr;
 }
 
+/// The label of a compressed sound; null for any other.
+Types::UniversalLabel const* compressionOf(Structural::FileDescriptor const* descriptor) {
+    constexpr unsigned char compressed[] = {0x04, 0x02, 0x02, 0x02};
+    auto const* const sound = dynamic_cast<Structural::GenericSoundEssenceDescriptor const*>(descriptor);
+    auto const* const label = sound != nullptr ? sound->soundEssenceCompression() : nullptr;
+    bool const isCompressed =
+        label != nullptr && std::equal(std::begin(compressed), std::end(compressed), label->rawBuffer() + 8);
+    return isCompressed ? label : nullptr;
+}
+
+/// Sound in frames that tell what they are, else what its label says.
+const char* byCodedSound(Structural::FileDescriptor const* descriptor, DataIO::Chain const& data) {
+    std::string const first = firstBytes(data);
+    auto const* const bytes = reinterpret_cast<const unsigned char*>(first.data());
+    Essence::CodedSound::FrameHeader header;
+    if (auto const* const format = Essence::CodedSound::formatAt(bytes, first.size()))
+        if (format->read(bytes, header))
+            return codedSounds[static_cast<std::size_t>(header.coding)];
+    auto const* const label = compressionOf(descriptor);
+    for (auto const& row : soundRows)
+        if (label != nullptr &&
+            std::equal(std::begin(row.bytes), std::end(row.bytes), label->rawBuffer() + 12))
+            return row.suffix;
+    return nullptr;
+}
+
 const char* byElement(ElementKey element) {
     for (auto const& row : elementRows)
         if (element.itemType() == row.item && element.elementType() >= row.first &&
@@ -244,6 +285,8 @@ std::string suffixFor(MXFIO::EssenceTrack const* track, ElementKey element, Data
         return type;
     if (const char* const content = byContent(contentRows, data))
         return content;
+    if (const char* const sound = kindOf(track, element) != 'v' ? byCodedSound(descriptor, data) : nullptr)
+        return sound;
     if (mapping != nullptr || type != nullptr)
         return mpegByItem(kindOf(track, element));
     const char* const document = byContent(documentRows, data);
@@ -265,7 +308,8 @@ EssenceForm soundForm(MXFIO::EssenceTrack const* track, ElementKey element) {
     return form;
 }
 
-/// SMPTE 302M in the elements of private stream 1, where other sounds may be as well: the first packet tells.
+/// SMPTE 302M in the elements of private stream 1, where other sounds may be as well, which have a label: the
+/// first packet tells.
 std::optional<Essence::Wave::WaveFormat> packetsIn(MXFIO::EssenceTrack const& track,
                                                    DataIO::Chain const& data) {
     constexpr unsigned char privateStream1 = 0x3D;
@@ -274,7 +318,8 @@ std::optional<Essence::Wave::WaveFormat> packetsIn(MXFIO::EssenceTrack const& tr
     auto const* const bytes = reinterpret_cast<const unsigned char*>(first.data());
     bool const isPrivate = label != nullptr && isMappingLabel(label->key()) && label->key()[13] == 0x04 &&
                            label->key()[14] == privateStream1;
-    if (!isPrivate || first.size() < Header::size() || Essence::AES3::S302M::PacketCutter::sizeOf(bytes) == 0)
+    if (!isPrivate || compressionOf(track.descriptor) != nullptr || first.size() < Header::size() ||
+        Essence::AES3::S302M::PacketCutter::sizeOf(bytes) == 0)
         return std::nullopt;
     Header const header(bytes);
     Essence::Wave::WaveFormat format;

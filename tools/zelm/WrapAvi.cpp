@@ -1,6 +1,7 @@
 // The streams of AVI files, as inputs of `zelm wrap`.
 #include "Faults.h"
 #include "StreamDamage.h"
+#include "WrapCodedSound.h"
 #include "WrapPictures.h"
 #include "WrapStreams.h"
 
@@ -100,6 +101,10 @@ private:
                 found.push_back(otherPictures(stream));
                 return;
             }
+            if (auto const head = codedSound(stream)) {
+                found.push_back(*head);
+                return;
+            }
         }
         making_.notes->insert(nameOf(stream) + ": cannot be wrapped and is left out");
     }
@@ -124,7 +129,7 @@ private:
         if (header.content() == Content::PCM)
             return "PCM";
         if (header.sound)
-            return "sound of format " + std::to_string(header.sound->tag);
+            return soundText(header.sound->tag);
         FourCC const code =
             header.video && header.video->compression != 0 ? header.video->compression : header.handler;
         std::string text;
@@ -132,6 +137,16 @@ private:
             if (auto const character = code >> shift & 0xFF; character > ' ' && character < 0x7F)
                 text += static_cast<char>(character);
         return text.empty() ? "uncompressed" : text;
+    }
+
+    /// By the numbers of Wave files' formats.
+    static std::string soundText(std::uint16_t tag) {
+        static constexpr std::pair<std::uint16_t, const char*> known[] = {
+            {0x50, "MPEG audio"}, {0x55, "MPEG layer III"}, {0xFF, "AAC"}, {0x2000, "AC-3"}};
+        for (auto const& [number, text] : known)
+            if (number == tag)
+                return text;
+        return "sound of format " + std::to_string(tag);
     }
 
     /// Streams are read in turn, each through a source that reads on where it stood.
@@ -147,6 +162,18 @@ private:
         auto const shift =
             instantsBetween(beginning(), beginningOf(headerOf(stream)), format.samplingRate).value_or(0);
         return soundInput(nameOf(stream), opening(reader_.streams()[stream].chunks), format, shift, making_);
+    }
+
+    /// Frames that tell what they are; none where there are no such.
+    std::optional<InputHead> codedSound(std::size_t stream) const {
+        InputHead head(nameOf(stream), opening(reader_.streams()[stream].chunks));
+        auto const coded = codedSoundIn(head, making_);
+        if (!headerOf(stream).isSound() || !coded)
+            return std::nullopt;
+        head.as = kindOfCodedSound(*coded->format);
+        head.shift =
+            instantsBetween(beginning(), beginningOf(headerOf(stream)), coded->samplingRate).value_or(0);
+        return head;
     }
 
     /// When the first pictures begin; else the file's own start.

@@ -48,7 +48,7 @@ class FileBuilder {
 public:
     FileBuilder(WrapTask const& task, WrapFile const& file, Identities const& identities, std::size_t number)
         : task_(task), file_(file), identities_(identities), number_(number) {
-        auto options = task.layout.builderOptions(task.plan.rate(), task.plan.start(0).value);
+        auto options = task.layout.builderOptions(task.plan.timecodeRate(), task.plan.start(0).value);
         options.materialUID = identities.material;
         if (hasFollowers())
             options.layout.interleaving = MXFIO::CreatorSettings::Interleaving::None;
@@ -111,6 +111,8 @@ private:
             OPBuilders::ClipWrapping wrapping;
             wrapping.analyzer = container.tracks.front()->tap;
             wrapping.kagSize = task_.layout.kagSize();
+            if (container.tracks.front()->tap->isLengthOpen())
+                wrapping.configure = [](GenericContainer::ClipWrapper::Wrap& wrap) { wrap.mayEndEarly(); };
             return builder_->addClipWrapped(wrapping, package);
         }
         OPBuilders::FrameWrapping wrapping;
@@ -163,7 +165,8 @@ private:
 /// "0.52 s"
 std::string secondsText(double seconds) {
     char text[32];
-    std::snprintf(text, sizeof text, "%.2f s", seconds);
+    bool const isShort = seconds < 0.01;
+    std::snprintf(text, sizeof text, "%.2f %s", isShort ? seconds * 1000 : seconds, isShort ? "ms" : "s");
     return text;
 }
 

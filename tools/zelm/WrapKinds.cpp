@@ -2,6 +2,7 @@
 
 #include "FileSequence.h"
 #include "WrapAncillary.h"
+#include "WrapCodedSound.h"
 #include "WrapImages.h"
 #include "WrapPictures.h"
 #include "WrapRefusals.h"
@@ -182,6 +183,9 @@ constexpr InputKind inputKinds[] = {
     {"avi", "AVI file", isAvi, false, nullptr, aviStreams},
     {"ps", "MPEG program stream", isProgramStream, false, nullptr, programStreams},
     {"ts", "MPEG transport stream", isTransportStream, false, nullptr, transportStreams},
+    {"mpeg-audio", "MPEG audio", isMpegAudio, false, addMpegAudio},
+    {"ac3", "AC-3 sound", isAc3, false, addAc3},
+    {"aac", "AAC sound (ADTS)", isAac, false, addAac},
     {"dv", "DV video", isDv, true, addDv},
     {"jpeg2000", "JPEG 2000", isJpeg2000, false, addJpeg2000},
     {"timed-text", "timed text", isTimedText, false, addTimedText},

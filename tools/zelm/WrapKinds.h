@@ -27,11 +27,14 @@ struct InputHead {
     /// The channel status that the channels of `pcm` came with; empty when they came with none.
     std::vector<MXF::Zelm::Essence::AES3::ChannelStatus> channelStatus = {};
 
-    /// Of packets of sound, instants by which they begin behind the pictures.
+    /// Of packets and frames of sound, instants by which they begin behind the pictures.
     std::int64_t shift = 0;
 
     /// Of a stream in packets: what is found to be wrong with them while it is read; else null.
     std::shared_ptr<StreamDamage> damage = nullptr;
+
+    /// By which a program stream knows a sound, C0 to DF; 0 where there is none.
+    std::uint8_t streamId = 0;
 
     /// Of a sequence of files, which are one input, their names in order; else empty.
     std::vector<std::string> sequence = {};

@@ -1,5 +1,6 @@
 // The streams of program and transport streams (ISO/IEC 13818-1), as inputs of `zelm wrap`.
 #include "StreamDamage.h"
+#include "WrapCodedSound.h"
 #include "WrapPictures.h"
 #include "WrapRefusals.h"
 #include "WrapStreams.h"
@@ -73,8 +74,8 @@ public:
         for (std::size_t i = 0; i < infos_.size(); ++i)
             if (infos_[i].isVideo())
                 found.push_back(video(i));
-            else if (infos_[i].coding == Coding::S302M)
-                found.push_back(sound(i, begin));
+            else if (auto const head = sound(i, begin))
+                found.push_back(*head);
             else
                 note(i, ": cannot be wrapped and is left out");
         if (found.empty())
@@ -107,8 +108,9 @@ private:
     /// "clip.ts, stream 0x101 (AC-3)"
     std::string nameOf(std::size_t stream) const {
         auto const& info = infos_[stream];
-        return head_.name + ", stream 0x" + ByteCoders::toHexadecimal(info.id) + " (" + textOf(info.coding) +
-               ")";
+        std::string const part = info.subStream == 0 ? "" : "/0x" + ByteCoders::toHexadecimal(info.subStream);
+        return head_.name + ", stream 0x" + ByteCoders::toHexadecimal(info.id) + part + " (" +
+               textOf(info.coding) + ")";
     }
 
     void note(std::size_t stream, const char* what) const { making_.notes->insert(nameOf(stream) + what); }
@@ -132,21 +134,42 @@ private:
         return head;
     }
 
-    InputHead sound(std::size_t stream, std::optional<double> begin) const {
-        constexpr std::uint32_t samplingRate = 48000;
+    /// None for what can be no sound, or is of a coding that is not known.
+    std::optional<InputHead> sound(std::size_t stream, std::optional<double> begin) const {
+        constexpr std::uint32_t samplingRateOf302M = 48000;
+        auto const damage = std::make_shared<StreamDamage>();
+        if (infos_[stream].coding == Coding::S302M) {
+            auto const packets = [head = head_, open = open_, stream,
+                                  damage](InputHead::Blocks const& blocks) {
+                return std::make_shared<MendedPackets>(open(head.open(blocks))->take(stream), damage);
+            };
+            auto found =
+                s302mInput(nameOf(stream), packets, shiftOf(stream, begin, samplingRateOf302M), making_);
+            found.damage = damage;
+            return found;
+        }
+        InputHead head(nameOf(stream), opening(stream, damage));
+        head.damage = damage;
+        auto const coded = codedSoundIn(head, making_);
+        if (!coded)
+            return std::nullopt;
+        head.as = kindOfCodedSound(*coded->format);
+        constexpr std::uint16_t firstSound = 0xC0, lastSound = 0xDF;
+        if (infos_[stream].id >= firstSound && infos_[stream].id <= lastSound)
+            head.streamId = static_cast<std::uint8_t>(infos_[stream].id);
+        head.shift = shiftOf(stream, begin, coded->samplingRate);
+        return head;
+    }
+
+    /// Instants by which a sound begins behind the pictures.
+    std::int64_t shiftOf(std::size_t stream, std::optional<double> begin, std::uint32_t samplingRate) const {
         auto const own = beginningOf(stream);
         std::optional<std::int64_t> shift = 0;
         if (begin && own)
             shift = instantsBetween(0, secondsBetween(*begin, *own), samplingRate);
         if (!shift)
             note(stream, ": its times have nothing to do with those of the pictures, and are not kept");
-        auto const damage = std::make_shared<StreamDamage>();
-        auto const packets = [head = head_, open = open_, stream, damage](InputHead::Blocks const& blocks) {
-            return std::make_shared<MendedPackets>(open(head.open(blocks))->take(stream), damage);
-        };
-        auto head = s302mInput(nameOf(stream), packets, shift.value_or(0), making_);
-        head.damage = damage;
-        return head;
+        return shift.value_or(0);
     }
 
     /// When the first pictures, else the earliest sound begins, in seconds of the file's clock.
@@ -155,7 +178,7 @@ private:
         for (std::size_t i = 0; i < infos_.size(); ++i) {
             if (infos_[i].isVideo())
                 return beginningOf(i);
-            auto const own = infos_[i].coding == Coding::S302M ? beginningOf(i) : std::nullopt;
+            auto const own = infos_[i].isSound() ? beginningOf(i) : std::nullopt;
             if (own && (!earliest || secondsBetween(*earliest, *own) < 0))
                 earliest = own;
         }

@@ -22,15 +22,18 @@ constexpr const char* separator = ",";
 
 constexpr EditRate usualRate{25, 1};
 
-/// Tracks that cannot go on in silence decide how long an item is.
-bool isLeader(WrapTrack const& track) { return track.kind != 'd' && track.tail == nullptr; }
+/// Tracks that cannot go on, in silence or without content, decide how long an item is.
+bool isLeader(WrapTrack const& track) {
+    return track.kind != 'd' && track.tail == nullptr && track.openEnd == nullptr;
+}
 
 /// How long a sound is, in seconds; one that does not tell is taken for the longest.
 double secondsOf(WrapTrack const& track) {
     return track.samples ? static_cast<double>(*track.samples) / track.format.samplingRate : 1e18;
 }
 
-/// The track that an item ends with: the first leader, else the longest sound, else anything.
+/// The track that an item ends with: the first leader, else the longest sound, else coded sound, else
+/// anything.
 WrapTrack* leaderOf(std::vector<WrapTrack*> const& item) {
     for (auto* const track : item)
         if (isLeader(*track))
@@ -39,11 +42,11 @@ WrapTrack* leaderOf(std::vector<WrapTrack*> const& item) {
     for (auto* const track : item)
         if (track->tail && (longest == nullptr || secondsOf(*track) > secondsOf(*longest)))
             longest = track;
-    return longest != nullptr ? longest : item.front();
-}
-
-Templates::Rational<int> durationOf(WrapTrack const& sound) {
-    return {Templates::safeCast<int>(*sound.samples), static_cast<int>(sound.format.samplingRate)};
+    if (longest != nullptr)
+        return longest;
+    auto const sound =
+        std::find_if(item.begin(), item.end(), [](auto const* track) { return track->kind == 'a'; });
+    return sound != item.end() ? *sound : item.front();
 }
 
 bool holds(WrapContainer const& container, WrapTrack const* track) {
@@ -67,7 +70,8 @@ void follow(WrapContainer const& container, WrapTrack& leader) {
         if (!track->tail || track->tail == leader.tail)
             continue;
         if (isKnown)
-            track->tap->setDuration(durationOf(leader));
+            track->tap->setDuration(
+                durationOf(*leader.samples, {static_cast<int>(leader.format.samplingRate), 1}));
         else
             leader.tap->addFollower(track->tap);
     }
@@ -78,16 +82,24 @@ void goOnInSilence(WrapTrack& track) {
     track.tap->lengthIsOpen();
 }
 
+/// What has no silence goes on without content where it stands in the leader's content packages; elsewhere it
+/// ends as it does.
+void goOnBeside(WrapTrack const& leader, WrapContainer const& container) {
+    if (container.isClip() || !holds(container, &leader))
+        return;
+    for (auto* const track : container.tracks)
+        if (track->openEnd && track != &leader)
+            track->openEnd->goOn();
+}
+
 /// Sounds go on in silence until the leader of the item ends, and no further.
 void endTogether(std::vector<WrapTrack*> const& item, WrapItem const& containers) {
     auto* const leader = leaderOf(item);
     for (auto* const track : item)
         if (track->tail && track->tail != leader->tail)
             goOnInSilence(*track);
-    for (auto* const track : item)
-        if (track->openEnd && track != leader)
-            track->openEnd->goOn();
     for (auto const& container : containers) {
+        goOnBeside(*leader, container);
         formGroup(container, leader);
         if (!holds(container, leader))
             follow(container, *leader);
@@ -95,6 +107,8 @@ void endTogether(std::vector<WrapTrack*> const& item, WrapItem const& containers
 }
 
 /// "clip.mxf" and "v1" give "clip_v1.mxf".
+bool isReordered(WrapTrack const* track) { return track->tap->containsTemporalDependencies(); }
+
 std::string nameWithTrack(std::string const& name, std::string const& track) {
     auto const slash = name.find_last_of("/\\");
     auto const dot = name.rfind('.');
@@ -178,8 +192,11 @@ WrapPlan::Items WrapPlan::openInputs(WrapOptions const& options, SharedDictionar
     }
     making.isRateTold = findRate(opened);
     making.rate = rate_;
+    making.isAlone = waiting.size() == 1 && std::all_of(opened.begin(), opened.end(),
+                                                        [](auto const& tracks) { return tracks.empty(); });
     for (auto const& input : waiting)
         input.kind.addTracks(input.head, making, input.tracks);
+    timecodeRate_ = making.isByFrames ? rate_ : making.rate;
     rate_ = making.rate;
     checkTracks(making, options);
     if (layout_.isPreset("d10"))
@@ -282,7 +299,7 @@ void WrapPlan::arrange(Items const& items, WrapOptions const& options) {
     WrapFile file{options.output, {}};
     for (auto const& item : items) {
         file.items.push_back(containersOf(item));
-        starts_.push_back(startTimecode(layout_, rate_, item));
+        starts_.push_back(startTimecode(layout_, timecodeRate_, item));
         endTogether(item, file.items.back());
         if (layout_.isOneFilePerTrack())
             continue;
@@ -296,6 +313,16 @@ void WrapPlan::arrange(Items const& items, WrapOptions const& options) {
     else
         for (auto const& container : file.items.front())
             files_.push_back({nameWithTrack(options.output, container.tracks.front()->name), {{container}}});
+}
+
+void WrapPlan::checkContainers() const {
+    for (auto const& file : files_)
+        for (auto const& item : file.items)
+            for (auto const& container : item)
+                if (auto const& tracks = container.tracks;
+                    std::count_if(tracks.begin(), tracks.end(), isReordered) > 1)
+                    throw CannotWrap("a container takes one stream with B pictures, others need their own: "
+                                     "--pattern op1b");
 }
 
 std::uint64_t WrapPlan::bytesTaken() const {

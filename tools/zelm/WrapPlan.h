@@ -44,6 +44,9 @@ public:
     /// Content packages a second.
     EditRate rate() const { return rate_; }
 
+    /// Of timecode: the same, unless that is one at which nothing is counted.
+    EditRate timecodeRate() const { return timecodeRate_; }
+
     /// Where the timecode of an item begins.
     StartTimecode const& start(std::size_t item) const { return starts_.at(item); }
 
@@ -57,6 +60,9 @@ public:
 
     /// What a person should know of the inputs; more may come while they are read.
     std::set<std::string>& notes() { return *notes_; }
+
+    /// Throws CannotWrap when the tracks of a container do not go together.
+    void checkContainers() const;
 
     /// Bytes of essence that went by.
     std::uint64_t bytesTaken() const;
@@ -82,7 +88,7 @@ private:
     WrapItem containersOf(std::vector<WrapTrack*> const& item) const;
 
     Layout const& layout_;
-    EditRate rate_ = {};
+    EditRate rate_ = {}, timecodeRate_ = {};
     std::deque<WrapTrack> tracks_; // stay where they are
     std::vector<WrapFile> files_;
     std::vector<StartTimecode> starts_; // of the items

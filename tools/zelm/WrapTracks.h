@@ -106,6 +106,9 @@ struct TrackMaking {
     bool hasResources = false; ///< an MXF file has some, which keep their numbers
     std::size_t channels = 0;  ///< of sounds so far
     bool hasPackets = false;   ///< of SMPTE 302M, kept as they are
+    bool isAlone = false;      ///< there is one stream, and that follows others
+    bool isByFrames = false;   ///< `rate` is that of coded frames of sound
+    unsigned codedSounds = 0;  ///< of MPEG audio so far
     std::shared_ptr<std::vector<std::string>> dataFiles = nullptr; ///< edit units of the data track
 
     /// What a person should know; sources add to them while they are read.

@@ -18,6 +18,9 @@ public:
     const unsigned char* data() const { return bytes_.data() + passed_; }
     std::size_t size() const { return bytes_.size() - passed_; }
 
+    /// The first `count` bytes of the window, which live on without it.
+    DataIO::Slice front(std::size_t count) const { return bytes_.part(passed_, count); }
+
     /// Passes over `count` bytes of the window.
     void advance(std::size_t count) { passed_ += count; }
 

@@ -109,8 +109,8 @@ private:
 };
 
 /// A program stream, of MPEG-2 or MPEG-1 (ISO/IEC 13818-1, 11172-1), or PES packets behind each other without
-/// packs. What stands in private stream 1 is given as it is, with the heads of sub-streams that some makers
-/// of discs put there.
+/// packs. AC-3 in the sub-streams that discs put into private stream 1 is taken out of their heads; what else
+/// stands there is given as it is.
 class MXFZELM_EXPORT ProgramStreamDemultiplexer : public Demultiplexer {
 public:
     /// Finds the streams of which there is a packet in the first `searchLimit` bytes, and what a program

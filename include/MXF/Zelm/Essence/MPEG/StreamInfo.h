@@ -32,6 +32,10 @@ struct MXFZELM_EXPORT StreamInfo {
     /// format_identifier of a registration descriptor, such as 42535344 ("BSSD"); 0 for none.
     std::uint32_t registration = 0;
 
+    /// The first byte of each payload in private stream 1 of a disc, such as 80 for the first AC-3; 0 where
+    /// there is none.
+    std::uint8_t subStream = 0;
+
     Coding coding = Coding::Unknown;
 
     bool isVideo() const { return coding >= Coding::MPEG1Video && coding <= Coding::JPEG2000; }

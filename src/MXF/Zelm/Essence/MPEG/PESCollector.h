@@ -3,6 +3,7 @@
 
 #include "MXF/Zelm/Essence/MPEG/PESHeader.h"
 
+#include <algorithm>
 #include <deque>
 #include <functional>
 #include <string>
@@ -33,6 +34,9 @@ public:
 
     /// Bytes of the packet; passed over before the first packet begins.
     void push(const unsigned char* bytes, std::size_t size, FaultSink const& fault);
+
+    /// Bytes of the packet that are not wanted, in its payload.
+    void pass(std::size_t size) { left_ -= std::min(size, left_); }
 
     /// The packet under way has no more bytes.
     void end(FaultSink const& fault);

@@ -41,6 +41,22 @@ void readMap(const unsigned char* bytes, std::size_t size, std::uint8_t (&types)
         types[bytes[at + 1]] = bytes[at];
 }
 
+/// The head of a sub-stream in private stream 1, as discs have it: the number of the sub-stream, 80 to 87 for
+/// AC-3, that of frames that begin in the payload, and where the first of them does, 0 for nowhere.
+///
+///     sub-stream (1)    frames (1)    place (2), 1 for the byte behind it
+constexpr std::size_t subStreamHeadSize = 4;
+
+bool isAC3SubStream(std::uint8_t number) { return number >= 0x80 && number <= 0x87; }
+
+/// Whether the payload begins with a head and has a frame of AC-3 where it says.
+bool hasAC3Head(const unsigned char* payload, std::size_t size) {
+    if (size < subStreamHeadSize || !isAC3SubStream(payload[0]))
+        return false;
+    std::size_t const at = subStreamHeadSize - 1 + ByteCoders::decodeInteger<std::uint16_t>(payload + 2);
+    return at >= subStreamHeadSize && at + 2 <= size && payload[at] == 0x0B && payload[at + 1] == 0x77;
+}
+
 class ProgramStreamCore : public DemultiplexerCore {
 public:
     ProgramStreamCore(Templates::SharedPtr<DataIO::SliceSource> source, std::size_t searchLimit,
@@ -55,16 +71,20 @@ private:
     /// few.
     static std::size_t unitSize(const unsigned char* bytes, std::size_t size);
     void findStreams(const unsigned char* bytes, std::size_t size);
+    void findSubStream(const unsigned char* packet, std::size_t size);
+    void listStreams(std::vector<std::uint8_t> const& order, std::uint8_t const (&types)[256]);
     StreamInfo infoOf(std::uint8_t streamId, std::uint8_t type) const;
 
     bool step() override;
     bool passUnknown();
     void takeUnit(std::size_t size);
     bool continueOpen();
-    PESCollector* collectorOf(std::uint8_t streamId);
+    PESCollector* collectorOf(std::uint8_t streamId, std::uint8_t subStream);
+    void takePrivate(std::size_t size);
 
     bool isMPEG1_ = false;
-    PESCollector* open_ = nullptr; // takes a packet that does not say where it ends
+    std::vector<std::uint8_t> subStreams_; // of AC-3, in the order of their finding
+    PESCollector* open_ = nullptr;         // takes a packet that does not say where it ends
 };
 
 std::size_t ProgramStreamCore::unitSize(const unsigned char* bytes, std::size_t size) {
@@ -99,14 +119,49 @@ void ProgramStreamCore::findStreams(const unsigned char* bytes, std::size_t size
             readMap(bytes + at, std::min(unit, size - at), types);
         if (isElementary(code) && !std::exchange(found[code], true))
             order.push_back(code);
+        if (code == PrivateStream1 && types[code] == 0)
+            findSubStream(bytes + at, std::min(unit, size - at));
         at += std::min(unit, size - at);
     }
     if (order.empty())
         throw Exceptions::InvalidFormat("There is no packet of an elementary stream in the first " +
                                         std::to_string(size) + " bytes");
+    listStreams(order, types);
+}
+
+/// The payload of a packet; its size is 0 where it cannot be told.
+std::pair<const unsigned char*, std::size_t> payloadOf(const unsigned char* packet, std::size_t size) {
+    try {
+        auto const header = PESHeader::read(packet, size);
+        if (header && !header->isScrambled)
+            return {packet + header->size, size - header->size};
+    } catch (Exceptions::InvalidFormat const&) {
+        // Told when the packet is read.
+    }
+    return {packet, 0};
+}
+
+void ProgramStreamCore::findSubStream(const unsigned char* packet, std::size_t size) {
+    auto const [payload, count] = payloadOf(packet, size);
+    if (hasAC3Head(payload, count) &&
+        std::find(subStreams_.begin(), subStreams_.end(), payload[0]) == subStreams_.end())
+        subStreams_.push_back(payload[0]);
+}
+
+void ProgramStreamCore::listStreams(std::vector<std::uint8_t> const& order,
+                                    std::uint8_t const (&types)[256]) {
     std::vector<StreamInfo> list;
-    for (std::uint8_t const streamId : order)
+    for (std::uint8_t const streamId : order) {
         list.push_back(infoOf(streamId, types[streamId]));
+        if (streamId != PrivateStream1 || subStreams_.empty())
+            continue;
+        list.back().coding = Coding::AC3;
+        for (std::uint8_t const number : subStreams_) {
+            if (number != subStreams_.front())
+                list.push_back(list.back());
+            list.back().subStream = number;
+        }
+    }
     streams(std::move(list));
 }
 
@@ -123,9 +178,9 @@ StreamInfo ProgramStreamCore::infoOf(std::uint8_t streamId, std::uint8_t type) c
     return info;
 }
 
-PESCollector* ProgramStreamCore::collectorOf(std::uint8_t streamId) {
+PESCollector* ProgramStreamCore::collectorOf(std::uint8_t streamId, std::uint8_t subStream) {
     for (std::size_t i = 0; i < streams().size(); ++i)
-        if (streams()[i].id == streamId)
+        if (streams()[i].id == streamId && streams()[i].subStream == subStream)
             return &collector(i);
     return nullptr;
 }
@@ -158,7 +213,9 @@ bool ProgramStreamCore::passUnknown() {
 void ProgramStreamCore::takeUnit(std::size_t size) {
     auto const* const bytes = window().data();
     std::uint8_t const code = bytes[codeSize - 1];
-    if (auto* const collector = isElementary(code) ? collectorOf(code) : nullptr) {
+    if (code == PrivateStream1 && !subStreams_.empty())
+        takePrivate(size);
+    else if (auto* const collector = isElementary(code) ? collectorOf(code, 0) : nullptr) {
         collector->begin(window().offset(), faultSink());
         collector->push(bytes, size, faultSink());
         bool const isOpen = isVideo(code) && size == codeSize + lengthSize;
@@ -168,6 +225,22 @@ void ProgramStreamCore::takeUnit(std::size_t size) {
             collector->end(faultSink());
     }
     window().advance(size);
+}
+
+/// A packet of a sub-stream, whose head is left out. Those that are no AC-3 are passed over.
+void ProgramStreamCore::takePrivate(std::size_t size) {
+    auto const* const packet = window().data();
+    auto const [payload, count] = payloadOf(packet, size);
+    if (count < subStreamHeadSize)
+        return fault(window().offset(), "A packet of private stream 1 has no head of a sub-stream");
+    auto* const collector = collectorOf(PrivateStream1, payload[0]);
+    if (collector == nullptr)
+        return;
+    collector->begin(window().offset(), faultSink());
+    collector->push(packet, size - count, faultSink());
+    collector->pass(subStreamHeadSize);
+    collector->push(payload + subStreamHeadSize, count - subStreamHeadSize, faultSink());
+    collector->end(faultSink());
 }
 
 /// Goes on with a packet without a length, which ends where the next unit begins.
