@@ -228,6 +228,25 @@ constexpr const char* packets = R"({"packets": [
     {"edit_unit": 3, "line": 13, "did": 65, "sdid": 5, "data": "", "samples": 5, "payload": "6101030405060708"},
     {"edit_unit": 4, "kind": "VBI", "line": 21, "wrapping": 2, "samples": 6, "data": "0102030405060000"}]})";
 
+TEST(WrapInputs, MakesCaptionPacketsOfTheirContent) {
+    Inputs const inputs;
+    auto const textOf = [](std::string const& type) {
+        return R"({"packets": [{"edit_unit": 3, "line": 9, "captions": {"frame_rate": "29.97", "timecode": "10:00:00;03",
+            "data": [{"type": )" +
+               type +
+               R"(, "bytes": "9420"}], "services": [{"number": 1, "language": "eng", "wide": true}]}}]})";
+    };
+    ASSERT_EQ(inputs.wrap({inputs.add("made.json", ascii(textOf("0")))}).status, 0);
+    auto const packet = dumped(inputs.file("out.mxf"))["packets"][0];
+    EXPECT_EQ(packet["did"], 0x61);
+    EXPECT_EQ(packet["data"], "96691E4FF7000371D080008372E1FC942073D1A1656E67C17FFF7400037E");
+    EXPECT_EQ(packet["faults"], Json::array());
+    auto const refused = inputs.wrap({inputs.add("bad.json", ascii(textOf("4")))});
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_NE(refused.errors.find("packet 1: \"type\" is no number up to 3"), std::string::npos)
+        << refused.errors;
+}
+
 TEST(WrapInputs, TakesPacketsAsTheyAreDumped) {
     Inputs const inputs;
     ASSERT_EQ(inputs.wrap({inputs.add("made.json", ascii(packets))}).status, 0);
