@@ -2,12 +2,16 @@
 // such files of other programs against what they decode to.
 #include "DataIO/Cuts.h"
 #include "support/AVCStream.h"
+#include "support/FakeAnalyzer.h"
 #include "support/Files.h"
 #include "support/MPEGStream.h"
 #include "support/Program.h"
+#include "support/StandardMetadata.h"
 #include "support/WaveBytes.h"
+#include "support/WrittenFile.h"
 
 #include "MXF/Zelm/Essence/AES3/S302M/PacketWriter.h"
+#include "MXF/Zelm/OPBuilders/GenericOPBuilder.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -208,6 +212,79 @@ TEST(WrapInputs, KeepsPacketsOfSMPTE302MWithTheirBits) {
     inputs.report({sound, "--aes3"});
     auto const channels = Json::parse(runZelm({"audio", "--json", inputs.file("out.mxf")}).output).dump();
     EXPECT_NE(channels.find("J.17"), std::string::npos) << channels;
+}
+
+/// Packets of SMPTE 302M for which a test has its own bytes.
+class PacketSound : public FakeSound {
+public:
+    PacketSound(FakeEssence const& essence, std::vector<Bytes> units)
+        : FakeSound(essence), units_(std::move(units)) {}
+
+    bool nextEditUnit(GenericContainer::EditUnit& unit) override {
+        if (!FakeSound::nextEditUnit(unit))
+            return false;
+        unit.data.clear();
+        unit.data.append(DataIO::Slice::adopt(Bytes(units_[next_++])));
+        return true;
+    }
+
+private:
+    std::vector<Bytes> units_;
+    std::size_t next_ = 0;
+};
+
+Bytes soundFile(KLV::Key const& label, std::vector<Bytes> const& units) {
+    FakeEssence const essence{.count = units.size(), .itemType = 0x16, .elementType = 0x05, .label = label};
+    OPBuilders::GenericOPBuilder builder(
+        standardMetadata()->partitionDictionary().dictionary(),
+        {.product = {u"Company", u"Product", u"1.0", Types::UUID::generate()}, .materialName = u"Sound"});
+    builder.addFrameWrapped(
+        {.packageRate = essence.rate, .analyzers = {std::make_shared<PacketSound>(essence, units)}});
+    SeekableSink sink;
+    builder.creator(sink)->run();
+    return sink.bytes();
+}
+
+/// In two PES packets, the first with a time.
+Bytes inPES(Bytes const& packet) {
+    auto const head = [](std::size_t size) {
+        return hex("00 00 01 BD") +
+               Bytes{static_cast<unsigned char>(size >> 8), static_cast<unsigned char>(size)};
+    };
+    auto const first = slice(packet, 0, 1000), second = slice(packet, 1000, ~std::size_t{0});
+    return head(first.size() + 8) + hex("84 80 05 21 00 01 00 01") + first + head(second.size() + 3) +
+           hex("80 00 00") + second;
+}
+
+TEST(WrapInputs, ReadsPacketsOfSMPTE302MInPES) {
+    using namespace Essence::AES3;
+    using namespace KLV::Literals;
+    auto const data = samples(3 * 4 * samplesOfFrame);
+    std::vector<Bytes> packets;
+    S302M::PacketWriter writer({2, 16, {48000, 1}}, {25, 1});
+    for (std::size_t frame = 0; frame < 3; ++frame) {
+        auto const pcm = slice(data, frame * 4 * samplesOfFrame, 4 * samplesOfFrame);
+        auto const packet = writer.packet(DataIO::Slice::copyOf(pcm.data(), pcm.size()));
+        packets.push_back(inPES(Bytes(packet.begin(), packet.end())));
+    }
+    Inputs const inputs;
+    for (auto const& label :
+         {"060E2B34.04010102.0D010301.02043D01"_key, "060E2B34.04010102.0D010301.02073D01"_key}) {
+        auto const file = inputs.add("pes.mxf", soundFile(label, packets));
+        auto const told = Json::parse(runZelm({"audio", "--json", file}).output)["files"][0]["tracks"][0];
+        EXPECT_EQ(told["coding"], "SMPTE 302M");
+        EXPECT_EQ(told["samples"], 3 * samplesOfFrame);
+        for (std::string const kind : {"pcm", "302m", ""}) {
+            std::vector<std::string> arguments = {"extract", file, "-o", inputs.file(""), "--force"};
+            if (!kind.empty())
+                arguments.insert(arguments.end(), {"--as", kind});
+            EXPECT_EQ(runZelm(arguments).status, 0) << kind;
+        }
+        EXPECT_EQ(readFile(inputs.file("pes_a1.pcm")), data);
+        EXPECT_EQ(inputs.report({inputs.file("pes_a1.ts"), "--aes3"})["tracks"][0]["md5"],
+                  inputs.md5("whole.wav", wave(data)));
+        EXPECT_EQ(readFile(inputs.file("pes_a1.pes")).size(), 3 * packets[0].size());
+    }
 }
 
 /// What a file holds, as it can be wrapped again; without the offsets in the file.

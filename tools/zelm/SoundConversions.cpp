@@ -1,5 +1,7 @@
 #include "SoundConversions.h"
 
+#include "PacketUnits.h"
+
 #include <MXF/Zelm/DataIO/BufferSliceSource.h>
 #include <MXF/Zelm/Essence/AES3/S302M/PacketCutter.h>
 #include <MXF/Zelm/Essence/AES3/S302M/PacketWriter.h>
@@ -153,7 +155,8 @@ public:
             unit_.append(data);
     }
     void endUnit() override {
-        PacketCutter packets(std::make_shared<DataIO::BufferSliceSource>(std::exchange(unit_, {})));
+        PacketCutter packets(
+            std::make_shared<DataIO::BufferSliceSource>(packetsOf(std::exchange(unit_, {}))));
         while (auto const packet = packets.next()) {
             transport_.write(packet->bytes.contiguous(), ticksAt(written_));
             written_ += packet->instants;
