@@ -117,6 +117,18 @@ WrapPlan::WrapPlan(Layout const& layout, WrapOptions const& options, SharedDicti
 namespace {
 
 /// The streams of a file; a message about them names it.
+/// What a reader of the input says, with the input's name.
+void addTracksOf(InputKind const& kind, InputHead const& head, TrackMaking& making,
+                 std::vector<WrapTrack>& tracks) {
+    try {
+        kind.addTracks(head, making, tracks);
+    } catch (Exceptions::SystemError const&) {
+        throw;
+    } catch (Exceptions::BaseException const& failure) {
+        throw CannotWrap(head.name + ": " + failure.message());
+    }
+}
+
 std::vector<InputHead> streamsOf(InputKind const& kind, InputHead const& head, TrackMaking& making) {
     try {
         return kind.streams(head, making);
@@ -149,8 +161,8 @@ void WrapPlan::checkTracks(TrackMaking const& making, WrapOptions const& options
     if (map && making.channels % map->channelCount() != 0)
         throw CannotWrap("--map names " + std::to_string(map->channelCount()) +
                          " channels, the sounds have " + std::to_string(making.channels));
-    if (map && layout_.isPreset("d10"))
-        throw CannotWrap("the sounds of D-10 have no labels: no --map");
+    if (options.tracks.channels.value_or(0) != 0 && layout_.isPreset("d10"))
+        throw CannotWrap("--preset d10: all sound goes into one track of up to 8 channels: no --channels");
 }
 
 /// Inputs with a rate of their own are opened first: the others follow it.
@@ -177,11 +189,11 @@ WrapPlan::Items WrapPlan::openInputs(WrapOptions const& options, SharedDictionar
     making.isRateTold = findRate(opened);
     making.rate = rate_;
     for (auto const& input : waiting)
-        input.kind.addTracks(input.head, making, input.tracks);
+        addTracksOf(input.kind, input.head, making, input.tracks);
     rate_ = making.rate;
     checkTracks(making, options);
     if (layout_.isPreset("d10"))
-        joinD10Sounds(opened);
+        joinD10Sounds(opened, options.tracks);
     return gather(std::move(opened), options);
 }
 
@@ -195,7 +207,7 @@ void WrapPlan::openInput(InputHead const& head, TrackMaking& making, std::vector
         for (auto const& stream : streamsOf(kind, head, making))
             openInput(stream, making, tracks, waiting, depth + 1);
     else if (kind.hasRate)
-        kind.addTracks(head, making, tracks);
+        addTracksOf(kind, head, making, tracks);
     else
         waiting.push_back({head, kind, tracks});
 }
