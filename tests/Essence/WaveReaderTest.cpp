@@ -83,6 +83,10 @@ TEST(WaveReader, ReadsFilesThatWereNotClosed) {
     EXPECT_EQ(Opened(file(36, 0, {})).samples(), Bytes());
     EXPECT_EQ(Opened(file(60, 0, chunk("LIST", samples))).samples(), Bytes()) << "closed, without samples";
     EXPECT_EQ(Opened(file(999, 900, samples)).samples(), samples) << "cut off";
+    Opened piped(file(0x7FFFF020, 0x7FFFEFFC, samples));
+    EXPECT_FALSE(piped.reader.dataSize());
+    EXPECT_EQ(piped.samples(), samples);
+    EXPECT_TRUE(Opened(file(0x7FFFF120, 0x7FFFEFFC, samples)).reader.dataSize()) << "chunks are behind it";
 }
 
 TEST(WaveReader, RefusesWhatItCannotGive) {

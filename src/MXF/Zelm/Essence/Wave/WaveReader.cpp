@@ -18,6 +18,9 @@ constexpr std::uint64_t headSize = 8, riffHeadSize = 12;
 constexpr std::uint32_t noSize = 0xFFFFFFFF;
 constexpr std::uint64_t noLargeSize = ~std::uint64_t{0};
 
+/// What a common writer that cannot go back leaves, cut to whole instants, with nothing behind the samples.
+constexpr std::uint32_t openSize = 0x7FFFF000;
+
 constexpr std::uint16_t tagPCM = 1, tagExtensible = 0xFFFE;
 
 /// The sub format of an extensible one behind its tag.
@@ -204,13 +207,17 @@ void WaveReader::takeData(Head const& head) {
     samples_ = std::make_shared<DataIO::BoundedSliceSource>(source_, size);
 }
 
-/// The largest number when the file was not closed: a writer that could not go back left FFFFFFFF, or 0 in a
-/// file that says it ends here.
+/// The largest number when the file was not closed: a writer that could not go back left FFFFFFFF, or 0 or
+/// the like of 7FFFF000 in a file that says it ends behind it.
 std::uint64_t WaveReader::sizeOfData(Head const& head) const {
     if (head.size == noSize)
         return largeDataSize_ && *largeDataSize_ != 0 ? *largeDataSize_ : noLargeSize;
-    bool const endsHere = riffSize_ == 0 || riffSize_ == noSize || riffSize_ == noLargeSize ||
-                          riffSize_ <= head.offset - start_ - headSize;
+    std::uint64_t const before = head.offset - start_ - headSize; // what the RIFF chunk holds before
+    if (head.size == openSize / format_.blockAlign() * format_.blockAlign() &&
+        riffSize_ == before + head.size + head.size % 2)
+        return noLargeSize;
+    bool const endsHere =
+        riffSize_ == 0 || riffSize_ == noSize || riffSize_ == noLargeSize || riffSize_ <= before;
     return head.size == 0 && endsHere ? noLargeSize : head.size;
 }
 
