@@ -153,6 +153,11 @@ TEST(WrapInputs, RefusesByName) {
         {inputs.add("clip.avi", avi(streamList("vids", bitmap, 25, 0), chunk("00dc", repeated(40, 1))))});
     EXPECT_EQ(done.status, 2);
     EXPECT_NE(done.errors.find("motion JPEG"), std::string::npos) << done.errors;
+    auto const listed = runZelm({"audio", inputs.file("clip.avi")}).output;
+    EXPECT_NE(listed.find("stream 0: pictures, MJPG"), std::string::npos) << listed;
+    auto const unknown = runZelm({"audio", inputs.add("clip.txt", repeated(100, 'x'))});
+    EXPECT_EQ(unknown.status, 3);
+    EXPECT_NE(unknown.errors.find("nor an AVI file"), std::string::npos) << unknown.errors;
 }
 
 TEST(WrapInputs, TakesPacketsOfSMPTE302MThatAreCutOff) {

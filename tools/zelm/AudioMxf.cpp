@@ -3,9 +3,11 @@
 #include "AudioInfo.h"
 #include "Extraction.h"
 #include "SetValues.h"
+#include "Text.h"
 
 #include <MXF/Zelm/Essence/AES3/ChannelStatusLoader.h>
 #include <MXF/Zelm/Essence/AES3/EightChannelElement.h>
+#include <MXF/Zelm/Exceptions/Exceptions.h>
 #include <MXF/Zelm/Metadata/Structural/SoundDescriptors.h>
 #include <MXF/Zelm/Utils/SampleCadence.h>
 
@@ -277,8 +279,10 @@ private:
         if (element.data.size() != element.length || element.length < 4)
             return;
         auto const head = element.data.part(0, 4).contiguous();
+        // SMPTE 386M declares four channels or eight, of which fewer may be live.
         auto const live = static_cast<unsigned>(std::popcount(unsigned{head.data()[3]}));
-        if (live != 0 && live != track.sound.channels.value_or(live))
+        track.live = live;
+        if (live > track.sound.channels.value_or(live))
             track.odd.push_back("the first element flags " + countText(live, "channel") +
                                 ", the descriptor says " + std::to_string(*track.sound.channels));
         StatusReader reader;
@@ -326,6 +330,10 @@ void compareTracks(AudioFile& file) {
 void readMxfAudio(AudioFile& file, AudioOptions const& options, SharedDictionary const& dictionary) {
     file.kind = "MXF";
     Input input(file.file, dictionary);
+    if (file.size != 0 && input.reader.headerPartition() == nullptr)
+        throw Exceptions::InvalidStructure("neither an MXF file (no header partition begins within " +
+                                           grouped(searchLimit) +
+                                           " bytes) nor a Wave file (RIFF, RF64, BW64) nor an AVI file");
     file.mxf = gatherInfo(input);
     ExtractOptions wanted;
     wanted.tracks.conversion = std::make_shared<SoundMeters>(file, options);
