@@ -217,6 +217,13 @@ TEST(WrapInputs, KeepsPacketsOfSMPTE302MWithTheirBits) {
     inputs.report({sound, "--aes3"});
     auto const channels = Json::parse(runZelm({"audio", "--json", inputs.file("out.mxf")}).output).dump();
     EXPECT_NE(channels.find("J.17"), std::string::npos) << channels;
+    extract({"--as", "302m"});
+    extract({"--as", "aes3"});
+    inputs.report({inputs.file("out_a1.ts"), "--aes3"});
+    auto const again = Json::parse(runZelm({"audio", "--json", inputs.file("out.mxf")}).output)["files"][0];
+    EXPECT_EQ(again["tracks"][0]["channels"][1]["status"], "professional, PCM, emphasis J.17") << again;
+    auto const words = readFile(inputs.file("out_a1.aes3"));
+    EXPECT_EQ(words[8 * 2 + 7] & 0x40, 0x40) << "bit 2 of the second channel's status: of J.17";
 }
 
 /// Packets of SMPTE 302M for which a test has its own bytes.

@@ -4,6 +4,7 @@
 #include "Extraction.h"
 #include "SetValues.h"
 #include "Text.h"
+#include "WaveForm.h"
 
 #include <MXF/Zelm/Essence/AES3/ChannelStatusLoader.h>
 #include <MXF/Zelm/Essence/AES3/EightChannelElement.h>
@@ -167,20 +168,16 @@ void takeLength(MXFIO::EssenceTrack const& source, AudioTrack& track) {
     track.tolerance = static_cast<std::uint64_t>(std::ceil(track.format.samplingRate / rate)) - 1;
 }
 
-void takeStatus(Structural::AES3AudioEssenceDescriptor const& aes3, AudioTrack& track) {
+void takeStatus(MXFIO::EssenceTrack const& source, Structural::AES3AudioEssenceDescriptor const& aes3,
+                AudioTrack& track) {
     auto const* const data = aes3.fixedChannelStatusData();
     if (data == nullptr || data->subType() != Types::Identifiers::UInt8)
         return;
     if (data->count() != track.format.channels * ChannelStatus::blockSize)
         track.odd.push_back("the descriptor has " + countText(data->count(), "byte") +
                             " of channel status for " + countText(track.format.channels, "channel"));
-    for (std::size_t at = 0; at + ChannelStatus::blockSize <= data->count(); at += ChannelStatus::blockSize) {
-        unsigned char bytes[ChannelStatus::blockSize];
-        for (std::size_t i = 0; i < sizeof bytes; ++i)
-            bytes[i] = data->at<Types::UInt8>(at + i).value();
-        if (track.statuses.size() < track.format.channels)
-            track.statuses.emplace_back(bytes);
-    }
+    track.statuses = channelStatuses(source);
+    track.statuses.resize(std::min<std::size_t>(track.statuses.size(), track.format.channels));
 }
 
 /// What the descriptor says twice.
@@ -271,7 +268,7 @@ private:
         if (auto const* const wave = dynamic_cast<Structural::WAVEAudioEssenceDescriptor const*>(sound))
             compareDescriptor(*wave, track);
         if (auto const* const aes3 = dynamic_cast<Structural::AES3AudioEssenceDescriptor const*>(sound))
-            takeStatus(*aes3, track);
+            takeStatus(source, *aes3, track);
     }
 
     /// The flags and the channel status of the first element.

@@ -1,6 +1,7 @@
 #include "SoundConversions.h"
 
 #include "PacketUnits.h"
+#include "WaveForm.h"
 
 #include <MXF/Zelm/DataIO/BufferSliceSource.h>
 #include <MXF/Zelm/Essence/AES3/S302M/PacketCutter.h>
@@ -102,6 +103,13 @@ AES3Info infoOf(WaveFormat const& format) {
     return {evenChannels(format), bitsOf(format), {static_cast<int>(format.samplingRate), 1}};
 }
 
+using Statuses = std::vector<Essence::AES3::ChannelStatus>;
+
+/// A block of zeros alone says nothing.
+bool found(Statuses const& statuses, unsigned channel) {
+    return channel < statuses.size() && !(statuses[channel] == Essence::AES3::ChannelStatus());
+}
+
 /// The time of an instant in a transport stream.
 std::uint64_t ticksAt(std::uint64_t instant) {
     constexpr std::uint64_t clockRate = 90000, samplingRate = 48000;
@@ -111,14 +119,15 @@ std::uint64_t ticksAt(std::uint64_t instant) {
 /// SMPTE 302M packets in a transport stream, one a picture.
 class TransportFile : public ConvertedFile {
 public:
-    TransportFile(OutputNames names, WaveFormat const& format, EditRate const& rate)
+    TransportFile(OutputNames names, WaveFormat const& format, EditRate const& rate, Statuses const& statuses)
         : ConvertedFile(std::move(names),
                         [&](Source source) { return toEvenChannels(std::move(source), format); }),
           packets_(infoOf(format), rate),
           transport_(file().sink()),
           instantSize_(packets_.packing().pcmSize()) {
         for (unsigned channel = 0; channel < evenChannels(format); ++channel)
-            packets_.channelStatus(channel, packets_.info().channelStatus());
+            packets_.channelStatus(channel, found(statuses, channel) ? statuses[channel]
+                                                                     : packets_.info().channelStatus());
     }
 
 private:
@@ -263,24 +272,31 @@ public:
 private:
     std::shared_ptr<WaveOutput> makeFile(ExtractTrack const& track, OutputNames const& names) const {
         WaveFormat const& format = track.form.wave;
+        auto const statuses = track.track != nullptr ? channelStatuses(*track.track) : Statuses();
         if (kind_ == "pcm")
             return std::make_shared<PcmFile>(names);
         if (kind_ == "302m")
-            return std::make_shared<TransportFile>(names, format, packetRateOf(track));
-        return std::make_shared<ConvertedFile>(
-            names, [&](ConvertedFile::Source source) { return makeWords(std::move(source), format); });
+            return std::make_shared<TransportFile>(names, format, packetRateOf(track), statuses);
+        return std::make_shared<ConvertedFile>(names, [&](ConvertedFile::Source source) {
+            return makeWords(std::move(source), format, statuses);
+        });
     }
 
-    /// With channel status where that can say the rate.
-    static ConvertedFile::Source makeWords(ConvertedFile::Source source, WaveFormat const& format) {
+    /// With the channel status of the file, else one that is made where it can say the rate.
+    static ConvertedFile::Source makeWords(ConvertedFile::Source source, WaveFormat const& format,
+                                           Statuses const& statuses) {
         constexpr unsigned wordSize = 4;
         AES3Info info = infoOf(format);
         info.channels = format.channels;
         std::optional<Essence::AES3::ChannelStatus> status;
         if (Essence::AES3::ChannelStatus::hasCode(info.samplingRate))
             status = info.channelStatus();
-        return std::make_shared<Essence::Converters::PCMToAES3>(
+        auto words = std::make_shared<Essence::Converters::PCMToAES3>(
             std::move(source), PCMFormat{format.channels, info.bitsPerSample}, wordSize, status);
+        for (unsigned channel = 0; channel < format.channels; ++channel)
+            if (found(statuses, channel))
+                words->channelStatus(channel, statuses[channel]);
+        return words;
     }
 
     std::string kind_;
