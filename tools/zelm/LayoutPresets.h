@@ -30,16 +30,16 @@ struct LayoutPreset {
     const char* name;
     const char* document; ///< "RDD 9"
     const char* pattern;
-    std::optional<MXF::Zelm::GenericContainer::Wrapping> wrapping;
-    std::optional<std::uint32_t> kagSize;
-    std::optional<Index> index;
-    int partitionSeconds; ///< as near as frames allow; 0 for one body partition
-    bool essenceInHeader;
-    bool systemItem;
-    bool oneFilePerTrack;
-    bool constantSound;     ///< elements of sound are filled up to one size
-    unsigned soundChannels; ///< a track; 0 for as they come
-    std::uint64_t reserve;
+    std::optional<MXF::Zelm::GenericContainer::Wrapping> wrapping = std::nullopt;
+    std::optional<std::uint32_t> kagSize = std::nullopt;
+    std::optional<Index> index = std::nullopt;
+    int partitionSeconds = 0; ///< as near as frames allow; 0 for one body partition
+    bool essenceInHeader = false;
+    bool systemItem = false;
+    bool oneFilePerTrack = false;
+    bool constantSound = false; ///< elements of sound are filled up to one size
+    unsigned soundChannels = 1; ///< a track; 0 for as they come
+    std::uint64_t reserve = 8192;
 };
 
 /// Null for an unknown name.

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "MXF/Zelm/Metadata/Listeners/ChangedSets.h"
-#include "MXF/Zelm/Metadata/Listeners/CommitableListener.h"
+#include "MXF/Zelm/Metadata/Listeners/ElementChangeListener.h"
 #include "MXF/Zelm/Metadata/Structural/Identification.h"
 
 namespace MXF::Zelm::Metadata::Listeners {
@@ -10,7 +10,7 @@ namespace MXF::Zelm::Metadata::Listeners {
 /// Gathers the sets that were created, loaded or changed since the last `commit` or `reset`. A change of a
 /// set's generation is not a change, whoever makes it, nor is one that another listener refused. Serves one
 /// partition; attach it with `addMetadataListener(listener, false)`, and call `reset` after loading.
-class MXFZELM_EXPORT GenerationUIDWriterListener : public CommitableListener {
+class MXFZELM_EXPORT GenerationUIDWriterListener : public ElementChangeListener {
 public:
     GenerationUIDWriterListener();
     ~GenerationUIDWriterListener() override;
@@ -29,25 +29,11 @@ public:
     /// Forgets the changes.
     void reset();
 
-    void metadataSetKey(KLV::Key& key) override;
     void createdMetadataSet(MetadataSet* set) override;
     void removedMetadataSet(MetadataSet* set) override;
-    void addedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition, Element& element,
-                      Types::BaseType const& value) override;
-    void updatedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition, Element& element,
-                        Types::Collection const& oldValue, Types::Collection const& newValue) override;
-    void updatedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition, Element& element,
-                        Types::SimpleDataType const& oldValue,
-                        Types::SimpleDataType const& newValue) override;
-    void updatedElementCollection(MetadataSet& set, MetaMetadata::MetaElement const* definition,
-                                  Element& element, Types::Collection const& value, std::size_t index,
-                                  Types::SimpleDataType const* oldMember,
-                                  Types::SimpleDataType const* newMember) override;
-    void removedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition, Element& element,
-                        Types::BaseType const& value) override;
 
 private:
-    void changed(MetadataSet& set, MetaMetadata::MetaElement const* definition);
+    void changedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition) override;
 
     Structural::Identification* identification_ = nullptr;
     Structural::Identification* removedIdentification_ = nullptr; // comes back when that is refused

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "MXF/Zelm/Metadata/Listeners/ChangedSets.h"
-#include "MXF/Zelm/Metadata/Listeners/NullMetadataListener.h"
+#include "MXF/Zelm/Metadata/Listeners/ElementChangeListener.h"
 #include "MXF/Zelm/Metadata/PartitionMetadata.h"
 #include "MXF/Zelm/Types/Timestamp.h"
 
@@ -15,7 +15,7 @@ namespace MXF::Zelm::Metadata::Listeners {
 /// these dates and of generations: commit this listener first, GenerationUIDWriterListener after it, so that
 /// the dated sets are among those of the new generation. Attach it with `addMetadataListener(listener,
 /// false)`, and call `reset` after loading.
-class MXFZELM_EXPORT LastModifiedDateUpdaterListener : public NullCommitableListener {
+class MXFZELM_EXPORT LastModifiedDateUpdaterListener : public ElementChangeListener {
 public:
     using Clock = std::function<Types::Timestamp()>;
 
@@ -36,22 +36,9 @@ public:
 
     void createdMetadataSet(MetadataSet* set) override;
     void removedMetadataSet(MetadataSet* set) override;
-    void addedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition, Element& element,
-                      Types::BaseType const& value) override;
-    void updatedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition, Element& element,
-                        Types::Collection const& oldValue, Types::Collection const& newValue) override;
-    void updatedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition, Element& element,
-                        Types::SimpleDataType const& oldValue,
-                        Types::SimpleDataType const& newValue) override;
-    void updatedElementCollection(MetadataSet& set, MetaMetadata::MetaElement const* definition,
-                                  Element& element, Types::Collection const& value, std::size_t index,
-                                  Types::SimpleDataType const* oldMember,
-                                  Types::SimpleDataType const* newMember) override;
-    void removedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition, Element& element,
-                        Types::BaseType const& value) override;
 
 private:
-    void changed(MetadataSet& set, MetaMetadata::MetaElement const* definition);
+    void changedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition) override;
     Templates::vector<Types::UUID> changedPackages() const;
 
     PartitionMetadata* metadata_;

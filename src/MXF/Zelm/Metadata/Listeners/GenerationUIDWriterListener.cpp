@@ -42,12 +42,11 @@ void GenerationUIDWriterListener::reset() {
     pending_.clear();
 }
 
-void GenerationUIDWriterListener::changed(MetadataSet& set, MetaMetadata::MetaElement const* definition) {
+void GenerationUIDWriterListener::changedElement(MetadataSet& set,
+                                                 MetaMetadata::MetaElement const* definition) {
     if (definition == nullptr || definition->universalLabel() != generationUIDLabel)
         changed_.changed(set);
 }
-
-void GenerationUIDWriterListener::metadataSetKey(KLV::Key&) {}
 
 void GenerationUIDWriterListener::createdMetadataSet(MetadataSet* set) {
     changed_.created(*set);
@@ -63,37 +62,6 @@ void GenerationUIDWriterListener::removedMetadataSet(MetadataSet* set) {
     pending_.removed(*set);
     if (set == identification_)
         removedIdentification_ = std::exchange(identification_, nullptr);
-}
-
-void GenerationUIDWriterListener::addedElement(MetadataSet& set, MetaMetadata::MetaElement const* definition,
-                                               Element&, Types::BaseType const&) {
-    changed(set, definition);
-}
-
-void GenerationUIDWriterListener::updatedElement(MetadataSet& set,
-                                                 MetaMetadata::MetaElement const* definition, Element&,
-                                                 Types::Collection const&, Types::Collection const&) {
-    changed(set, definition);
-}
-
-void GenerationUIDWriterListener::updatedElement(MetadataSet& set,
-                                                 MetaMetadata::MetaElement const* definition, Element&,
-                                                 Types::SimpleDataType const&, Types::SimpleDataType const&) {
-    changed(set, definition);
-}
-
-void GenerationUIDWriterListener::updatedElementCollection(MetadataSet& set,
-                                                           MetaMetadata::MetaElement const* definition,
-                                                           Element&, Types::Collection const&, std::size_t,
-                                                           Types::SimpleDataType const*,
-                                                           Types::SimpleDataType const*) {
-    changed(set, definition);
-}
-
-void GenerationUIDWriterListener::removedElement(MetadataSet& set,
-                                                 MetaMetadata::MetaElement const* definition, Element&,
-                                                 Types::BaseType const&) {
-    changed(set, definition);
 }
 
 } // namespace MXF::Zelm::Metadata::Listeners

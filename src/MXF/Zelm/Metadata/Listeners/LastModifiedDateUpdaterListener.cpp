@@ -53,7 +53,8 @@ void LastModifiedDateUpdaterListener::commit() {
 
 void LastModifiedDateUpdaterListener::reset() { changed_.clear(); }
 
-void LastModifiedDateUpdaterListener::changed(MetadataSet& set, MetaMetadata::MetaElement const* definition) {
+void LastModifiedDateUpdaterListener::changedElement(MetadataSet& set,
+                                                     MetaMetadata::MetaElement const* definition) {
     if (definition != nullptr)
         for (auto const& label : {generationUIDLabel, lastModifiedDateLabel, packageModifiedDateLabel})
             if (definition->universalLabel() == label)
@@ -63,38 +64,5 @@ void LastModifiedDateUpdaterListener::changed(MetadataSet& set, MetaMetadata::Me
 
 void LastModifiedDateUpdaterListener::createdMetadataSet(MetadataSet* set) { changed_.created(*set); }
 void LastModifiedDateUpdaterListener::removedMetadataSet(MetadataSet* set) { changed_.removed(*set); }
-
-void LastModifiedDateUpdaterListener::addedElement(MetadataSet& set,
-                                                   MetaMetadata::MetaElement const* definition, Element&,
-                                                   Types::BaseType const&) {
-    changed(set, definition);
-}
-
-void LastModifiedDateUpdaterListener::updatedElement(MetadataSet& set,
-                                                     MetaMetadata::MetaElement const* definition, Element&,
-                                                     Types::Collection const&, Types::Collection const&) {
-    changed(set, definition);
-}
-
-void LastModifiedDateUpdaterListener::updatedElement(MetadataSet& set,
-                                                     MetaMetadata::MetaElement const* definition, Element&,
-                                                     Types::SimpleDataType const&,
-                                                     Types::SimpleDataType const&) {
-    changed(set, definition);
-}
-
-void LastModifiedDateUpdaterListener::updatedElementCollection(MetadataSet& set,
-                                                               MetaMetadata::MetaElement const* definition,
-                                                               Element&, Types::Collection const&,
-                                                               std::size_t, Types::SimpleDataType const*,
-                                                               Types::SimpleDataType const*) {
-    changed(set, definition);
-}
-
-void LastModifiedDateUpdaterListener::removedElement(MetadataSet& set,
-                                                     MetaMetadata::MetaElement const* definition, Element&,
-                                                     Types::BaseType const&) {
-    changed(set, definition);
-}
 
 } // namespace MXF::Zelm::Metadata::Listeners
