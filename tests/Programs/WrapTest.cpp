@@ -283,6 +283,8 @@ TEST(Wrap, RefusesAndLeavesNothingBehind) {
         {{"float.wav"}, {}, "float.wav: The samples of the Wave file have format 3"},
         {{"clip.m2v"}, {"--preset", "d10"}, "D-10 pictures"},
         {{"clip.m2v"}, {"--preset", "d10", "--channels", "2"}, "no --channels"},
+        {{"clip.m2v"}, {"--map", "L,R"}, "--map: no input has samples"},
+        {{"clip.m2v"}, {"--aes3"}, "--aes3: no input has samples"},
         {{"intra.m2v"}, {"--preset", "rdd9"}, "asks for MPEG-2 long GOP"},
         {{"simple.m2v"}, {"--preset", "rdd9"}, "main or 4:2:2 profile"},
         {{"clip.m2v", "slow.wav"}, {"--preset", "rdd9"}, "sound of 16 or 24 bits at 48000 Hz"},

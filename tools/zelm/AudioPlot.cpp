@@ -293,7 +293,7 @@ private:
     void legend(double& at, double top, const char* styleClass, const char* text) {
         svg_.rectangle(at, top, 11, 11, styleClass);
         svg_.text(at + 17, top + 10, text, "");
-        at += 17 + 6.2 * static_cast<double>(std::string_view(text).size()) + 16;
+        at += 17 + 6.2 * static_cast<double>(std::string_view(text).size()) + 20;
     }
 
     AudioFile const& file_;

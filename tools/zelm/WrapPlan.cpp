@@ -116,12 +116,11 @@ WrapPlan::WrapPlan(Layout const& layout, WrapOptions const& options, SharedDicti
 
 namespace {
 
-/// The streams of a file; a message about them names it.
-/// What a reader of the input says, with the input's name.
-void addTracksOf(InputKind const& kind, InputHead const& head, TrackMaking& making,
-                 std::vector<WrapTrack>& tracks) {
+/// What readers say of an input names it.
+template <class Read>
+auto named(InputHead const& head, Read read) {
     try {
-        kind.addTracks(head, making, tracks);
+        return read();
     } catch (Exceptions::SystemError const&) {
         throw;
     } catch (Exceptions::BaseException const& failure) {
@@ -129,14 +128,16 @@ void addTracksOf(InputKind const& kind, InputHead const& head, TrackMaking& maki
     }
 }
 
-std::vector<InputHead> streamsOf(InputKind const& kind, InputHead const& head, TrackMaking& making) {
-    try {
-        return kind.streams(head, making);
-    } catch (Exceptions::SystemError const&) {
-        throw;
-    } catch (Exceptions::BaseException const& failure) {
-        throw CannotWrap(head.name + ": " + failure.message());
-    }
+/// Nothing that is for sound was asked for.
+void checkNoSound(TrackOptionsOfWrap const& options) {
+    std::pair<bool, const char*> const given[] = {{options.channelMap != nullptr, "--map"},
+                                                  {options.channels.value_or(0) != 0, "--channels"},
+                                                  {options.aes3, "--aes3"}};
+    for (auto const& [isGiven, name] : given)
+        if (isGiven)
+            throw CannotWrap(std::string(name) +
+                             ": no input has samples; tracks of MXF files and packets stay "
+                             "as they are");
 }
 
 } // namespace
@@ -163,6 +164,8 @@ void WrapPlan::checkTracks(TrackMaking const& making, WrapOptions const& options
                          " channels, the sounds have " + std::to_string(making.channels));
     if (options.tracks.channels.value_or(0) != 0 && layout_.isPreset("d10"))
         throw CannotWrap("--preset d10: all sound goes into one track of up to 8 channels: no --channels");
+    if (making.channels == 0)
+        checkNoSound(options.tracks);
 }
 
 /// Inputs with a rate of their own are opened first: the others follow it.
@@ -189,7 +192,7 @@ WrapPlan::Items WrapPlan::openInputs(WrapOptions const& options, SharedDictionar
     making.isRateTold = findRate(opened);
     making.rate = rate_;
     for (auto const& input : waiting)
-        addTracksOf(input.kind, input.head, making, input.tracks);
+        named(input.head, [&] { input.kind.addTracks(input.head, making, input.tracks); });
     rate_ = making.rate;
     checkTracks(making, options);
     if (layout_.isPreset("d10"))
@@ -204,10 +207,10 @@ void WrapPlan::openInput(InputHead const& head, TrackMaking& making, std::vector
     if (kind.streams != nullptr && depth == deepest)
         throw CannotWrap(head.name + ": holds files within files within files");
     if (kind.streams != nullptr)
-        for (auto const& stream : streamsOf(kind, head, making))
+        for (auto const& stream : named(head, [&] { return kind.streams(head, making); }))
             openInput(stream, making, tracks, waiting, depth + 1);
     else if (kind.hasRate)
-        addTracksOf(kind, head, making, tracks);
+        named(head, [&] { kind.addTracks(head, making, tracks); });
     else
         waiting.push_back({head, kind, tracks});
 }
