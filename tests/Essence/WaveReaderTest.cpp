@@ -98,6 +98,11 @@ TEST(WaveReader, RefusesWhatItCannotGive) {
     EXPECT_NE(refusal(chunk("fmt ", hex("03 00 01 00 80BB0000 00EE0200 0400 2000")) + chunk("data", samples))
                   .find("format 3, not PCM"),
               std::string::npos);
+    EXPECT_NE(refusal(chunk("fmt ", hex("FEFF 01 00 80BB0000 00EE0200 0400 2000 1600 2000 00000000 0300") +
+                                        hex("000000001000800000AA00389B71")) +
+                      chunk("data", samples))
+                  .find("format 3, not PCM"),
+              std::string::npos);
     EXPECT_NE(refusal(chunk("fmt ", hex("01 00 02 00 80BB0000 00EE0200 0500 1800")) + chunk("data", samples))
                   .find("makes no sense"),
               std::string::npos);

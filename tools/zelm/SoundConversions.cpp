@@ -83,16 +83,22 @@ private:
 
 /// Bits of the formats of AES3; 0 for samples that it has none for.
 unsigned bitsOf(WaveFormat const& format) {
-    if (format.sampleBytes < 2 || format.sampleBytes > 3)
+    if (format.sampleBytes < 2 || format.validBits > 24)
         return 0;
     return format.sampleBytes == 2 ? 16 : format.validBits <= 20 ? 20 : 24;
+}
+
+/// Samples as they come: those of up to 24 bits may stand in the upper ones of 32.
+PCMFormat storedFormat(WaveFormat const& format) {
+    constexpr unsigned wholeWord = 4;
+    return {format.channels, format.sampleBytes == wholeWord ? 8 * wholeWord : bitsOf(format)};
 }
 
 /// As many channels as SMPTE 302M has room for: an odd one is put beside a silent one.
 unsigned evenChannels(WaveFormat const& format) { return (format.channels + 1u) / 2 * 2; }
 
 ConvertedFile::Source toEvenChannels(ConvertedFile::Source source, WaveFormat const& format) {
-    PCMFormat const from{format.channels, bitsOf(format)}, to{evenChannels(format), bitsOf(format)};
+    PCMFormat const from = storedFormat(format), to{evenChannels(format), bitsOf(format)};
     std::vector<unsigned> channels;
     for (unsigned i = 0; i < to.channels; ++i)
         channels.push_back(i < from.channels ? i : unsigned{Essence::Converters::PCMConverter::silence});
@@ -291,8 +297,11 @@ private:
         std::optional<Essence::AES3::ChannelStatus> status;
         if (Essence::AES3::ChannelStatus::hasCode(info.samplingRate))
             status = info.channelStatus();
-        auto words = std::make_shared<Essence::Converters::PCMToAES3>(
-            std::move(source), PCMFormat{format.channels, info.bitsPerSample}, wordSize, status);
+        PCMFormat const from = storedFormat(format), to{format.channels, info.bitsPerSample};
+        if (from.sampleSize() != to.sampleSize())
+            source = std::make_shared<Essence::Converters::PCMConverter>(std::move(source), from, to);
+        auto words =
+            std::make_shared<Essence::Converters::PCMToAES3>(std::move(source), to, wordSize, status);
         for (unsigned channel = 0; channel < format.channels; ++channel)
             if (found(statuses, channel))
                 words->channelStatus(channel, statuses[channel]);

@@ -48,12 +48,12 @@ std::string text(DataIO::Slice const& bytes, std::size_t from, std::size_t size)
     return {begin, std::find(begin, begin + size, 0)};
 }
 
-bool isPCM(DataIO::Slice const& format) {
+/// The tag of the format; of an extensible one the tag that its sub format stands for, if there is one.
+std::uint16_t tagOf(DataIO::Slice const& format) {
     std::uint16_t const tag = number16(format, 0);
-    if (tag != tagExtensible)
-        return tag == tagPCM;
-    return format.size() >= 40 && number16(format, 24) == tagPCM &&
-           std::memcmp(format.data() + 26, waveSubFormat, sizeof waveSubFormat) == 0;
+    bool const standsForTag = tag == tagExtensible && format.size() >= 40 &&
+                              std::memcmp(format.data() + 26, waveSubFormat, sizeof waveSubFormat) == 0;
+    return standsForTag ? number16(format, 24) : tag;
 }
 
 } // namespace
@@ -175,9 +175,9 @@ void WaveReader::takeFormat(Head const& head, DataIO::Slice const& bytes) {
     if (bytes.size() < plainSize)
         throw at(head.offset, InvalidFormat("The format of the Wave file (fmt chunk) has " +
                                             std::to_string(bytes.size()) + " bytes, expected 16"));
-    if (!isPCM(bytes))
+    if (tagOf(bytes) != tagPCM)
         throw at(head.offset, InvalidFormat("The samples of the Wave file have format " +
-                                            std::to_string(number16(bytes, 0)) + ", not PCM"));
+                                            std::to_string(tagOf(bytes)) + ", not PCM"));
     bool const isExtensible = number16(bytes, 0) == tagExtensible;
     std::uint16_t const blockAlign = number16(bytes, 12), bits = number16(bytes, 14);
     format_.channels = number16(bytes, 2);
