@@ -203,7 +203,11 @@ TEST(WrapInputs, KeepsPacketsOfSMPTE302MWithTheirBits) {
     auto const kept = inputs.report({sound, "--packets"});
     auto const told = Json::parse(runZelm({"audio", "--json", inputs.file("out.mxf")}).output)["files"][0];
     EXPECT_EQ(told["tracks"][0]["coding"], "SMPTE 302M") << told;
-    EXPECT_EQ(told["tracks"][0]["channels"].size(), 2u) << told;
+    ASSERT_EQ(told["tracks"][0]["channels"].size(), 2u) << told;
+    EXPECT_EQ(told["tracks"][0]["channels"][1]["status"], "professional, PCM, emphasis J.17") << told;
+    extract({"--as", "aes3"});
+    EXPECT_EQ(readFile(inputs.file("out_a1.aes3"))[8 * 2 + 7] & 0x40, 0x40)
+        << "bit 2 of the second channel's status: of J.17";
     extract({});
     EXPECT_EQ(readFile(inputs.file("out_a1.302m")), packets);
     extract({"--as", "pcm"});

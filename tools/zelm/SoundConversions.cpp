@@ -1,5 +1,6 @@
 #include "SoundConversions.h"
 
+#include "CarriedStatus.h"
 #include "PacketUnits.h"
 #include "WaveForm.h"
 
@@ -241,8 +242,9 @@ class SoundConversion : public TrackConversion {
 public:
     explicit SoundConversion(std::string kind) : kind_(std::move(kind)) {}
 
-    std::string choose(ExtractTrack& track, GenericContainer::Element const&) override {
+    std::string choose(ExtractTrack& track, GenericContainer::Element const& element) override {
         auto& form = track.form;
+        statuses_[track.name] = carriedStatuses(form, element);
         if (track.kind() != 'a')
             return "is no sound, which --as " + kind_ + " takes";
         if (form.isPackets() && kind_ == "302m") {
@@ -278,7 +280,9 @@ public:
 private:
     std::shared_ptr<WaveOutput> makeFile(ExtractTrack const& track, OutputNames const& names) const {
         WaveFormat const& format = track.form.wave;
-        auto const statuses = track.track != nullptr ? channelStatuses(*track.track) : Statuses();
+        auto statuses = statuses_.at(track.name);
+        if (statuses.empty() && track.track != nullptr)
+            statuses = channelStatuses(*track.track);
         if (kind_ == "pcm")
             return std::make_shared<PcmFile>(names);
         if (kind_ == "302m")
@@ -288,7 +292,7 @@ private:
         });
     }
 
-    /// With the channel status of the file, else one that is made where it can say the rate.
+    /// With the channel status that the file has, else one that is made where it can say the rate.
     static ConvertedFile::Source makeWords(ConvertedFile::Source source, WaveFormat const& format,
                                            Statuses const& statuses) {
         constexpr unsigned wordSize = 4;
@@ -309,6 +313,7 @@ private:
     }
 
     std::string kind_;
+    std::map<std::string, Statuses> statuses_; ///< in the essence, by track
 };
 
 } // namespace
