@@ -18,8 +18,9 @@ function(mxfzelm_own_target target)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${MXFZELM_WERROR}>:-Werror>)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-        # g++ 12 warns of overlapping copies inside plain std::string concatenation at -O2 and -O3.
+        # g++ 12 warns of overlapping and endless copies inside plain std::string concatenation at -O2 and -O3.
         target_compile_options(${target} PRIVATE -Wno-restrict)
+        target_link_options(${target} PRIVATE -Wno-restrict -Wno-stringop-overflow)
     endif()
     # Source files are named relative to the project in what is compiled in (__FILE__), wherever it is built.
     target_compile_options(${target} PRIVATE "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
@@ -46,6 +47,10 @@ function(mxfzelm_own_library target export_name)
         # Before 1.0 a minor version may change the binary interface.
         SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
         INSTALL_RPATH "$ORIGIN")
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_INTERPROCEDURAL_OPTIMIZATION AND NOT BUILD_SHARED_LIBS)
+        # A static library also links where nothing is optimised at link time, or by another version of g++.
+        target_compile_options(${target} PRIVATE -ffat-lto-objects)
+    endif()
     if(UNIX AND NOT APPLE AND BUILD_SHARED_LIBS)
         # Tables of virtual functions then need no look-up by name when the library is loaded.
         target_link_options(${target} PRIVATE LINKER:-Bsymbolic-functions)
