@@ -300,6 +300,9 @@ TEST(Wrap, RefusesAndLeavesNothingBehind) {
     simple[16] = 0x15; // simple profile at main level
     writeFile(folder.file("simple.m2v"), simple);
     writeFile(folder.file("slow.wav"), riff("RIFF", waveFormat(1, 32000, 16) + chunk("data", Bytes(6400))));
+    auto floating = wave(1, 100);
+    floating[20] = 3; // the format's tag
+    writeFile(folder.file("float.wav"), floating);
     struct {
         std::vector<std::string> inputs, options;
         const char* text;
@@ -317,7 +320,11 @@ TEST(Wrap, RefusesAndLeavesNothingBehind) {
         {{"clip.m2v"}, {"--partition-every", "x"}, "--partition-every"},
         {{"clip.m2v"}, {"--preset", "rdd9", "--kag", "1"}, "an alignment of 512"},
         {{"clip.m2v", "clip.m2v"}, {"--preset", "rdd9"}, "one picture track"},
+        {{"float.wav"}, {}, "float.wav: The samples of the Wave file have format 3"},
         {{"clip.m2v"}, {"--preset", "d10"}, "D-10 pictures"},
+        {{"clip.m2v"}, {"--preset", "d10", "--channels", "2"}, "no --channels"},
+        {{"clip.m2v"}, {"--map", "L,R"}, "--map: no input has samples"},
+        {{"clip.m2v"}, {"--aes3"}, "--aes3: no input has samples"},
         {{"intra.m2v"}, {"--preset", "rdd9"}, "asks for MPEG-2 long GOP"},
         {{"simple.m2v"}, {"--preset", "rdd9"}, "main or 4:2:2 profile"},
         {{"clip.m2v", "slow.wav"}, {"--preset", "rdd9"}, "sound of 16 or 24 bits at 48000 Hz"},
