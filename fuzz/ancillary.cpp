@@ -14,13 +14,23 @@ using namespace Essence::Ancillary;
 
 namespace {
 
+/// What a packet was found to hold is found again in one that is made of it.
+void useCaptions(CaptionPacket const& packet) {
+    auto const again = readCaptionPacket(packet.bytes());
+    Fuzz::require(again.faults == 0 && again.data == packet.data && again.services == packet.services &&
+                  again.timecode == packet.timecode && again.sequence == packet.sequence &&
+                  again.isCaptionServiceActive == packet.isCaptionServiceActive);
+}
+
 void useContent(Packet const& packet, LineCaptions& captions) {
     auto const bytes = packet.bytes();
     readActiveFormat(bytes);
     if (auto const timecode = readTimecode(bytes, 30); timecode && timecode->time.isDefined())
         timecode->bytes();
     Templates::vector<CaptionRow> rows;
-    for (auto const& data : readCaptionPacket(bytes).data)
+    auto const found = readCaptionPacket(bytes);
+    Fuzz::passingOverBadInput([&] { useCaptions(found); });
+    for (auto const& data : found.data)
         captions.take(data.type % 2 + 1u, data.bytes, rows);
     for (auto const& row : rows)
         Fuzz::require(row.text.size() <= LineCaptions::mostColumns);

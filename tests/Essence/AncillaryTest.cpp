@@ -149,6 +149,31 @@ TEST(CaptionPacket, IsRead) {
     EXPECT_EQ(read.services, services);
 }
 
+TEST(CaptionPacket, IsMade) {
+    auto packet = readCaptionPacket(summedUp(captions));
+    EXPECT_TRUE(sameBytes(packet.bytes(), summedUp(hex(R"(
+        9669 00 4F F7 1234
+        71 D0 A3 45 92
+        72 E3  FC 94 2C  FD 80 80  FE 41 42
+        73 D2  A0 65 6E 67 7F 3F FF  A1 66 72 61 C1 FF FF
+        74 1234 00)"))));
+    packet.services[1].number = 40;
+    packet.frameRate = {50, 1};
+    packet.timecode = Utils::TimeCode::fromText(u"10:00:00:03", 50);
+    auto const again = readCaptionPacket(packet.bytes());
+    EXPECT_EQ(again.faults, 0u);
+    EXPECT_EQ(again.services, packet.services);
+    EXPECT_EQ(again.timecode, packet.timecode);
+    packet.frameRate = {25, 1};
+    EXPECT_THROW(packet.bytes(), Exceptions::InvalidValue) << "the timecode counts 50";
+    packet.timecode = {};
+    packet.data.resize(CaptionPacket::mostData);
+    packet.services.resize(CaptionPacket::mostServices, packet.services[0]);
+    EXPECT_EQ(readCaptionPacket(packet.bytes()).faults, 0u) << "the largest one";
+    packet.data.emplace_back();
+    EXPECT_THROW(packet.bytes(), Exceptions::InvalidValue);
+}
+
 TEST(CaptionPacket, TellsWhatIsWrong) {
     auto const faultsWith = [](std::size_t at, unsigned char byte) {
         auto bytes = summedUp(captions);

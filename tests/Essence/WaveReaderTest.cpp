@@ -83,6 +83,10 @@ TEST(WaveReader, ReadsFilesThatWereNotClosed) {
     EXPECT_EQ(Opened(file(36, 0, {})).samples(), Bytes());
     EXPECT_EQ(Opened(file(60, 0, chunk("LIST", samples))).samples(), Bytes()) << "closed, without samples";
     EXPECT_EQ(Opened(file(999, 900, samples)).samples(), samples) << "cut off";
+    Opened piped(file(0x7FFFF020, 0x7FFFEFFC, samples));
+    EXPECT_FALSE(piped.reader.dataSize());
+    EXPECT_EQ(piped.samples(), samples);
+    EXPECT_TRUE(Opened(file(0x7FFFF120, 0x7FFFEFFC, samples)).reader.dataSize()) << "chunks are behind it";
 }
 
 TEST(WaveReader, RefusesWhatItCannotGive) {
@@ -92,6 +96,11 @@ TEST(WaveReader, RefusesWhatItCannotGive) {
     EXPECT_NE(refusal(chunk("data", samples) + stereo24).find("before their format"), std::string::npos);
     EXPECT_NE(refusal(stereo24).find("no samples"), std::string::npos);
     EXPECT_NE(refusal(chunk("fmt ", hex("03 00 01 00 80BB0000 00EE0200 0400 2000")) + chunk("data", samples))
+                  .find("format 3, not PCM"),
+              std::string::npos);
+    EXPECT_NE(refusal(chunk("fmt ", hex("FEFF 01 00 80BB0000 00EE0200 0400 2000 1600 2000 00000000 0300") +
+                                        hex("000000001000800000AA00389B71")) +
+                      chunk("data", samples))
                   .find("format 3, not PCM"),
               std::string::npos);
     EXPECT_NE(refusal(chunk("fmt ", hex("01 00 02 00 80BB0000 00EE0200 0500 1800")) + chunk("data", samples))

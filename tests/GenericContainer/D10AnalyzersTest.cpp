@@ -84,6 +84,7 @@ TEST(D10SoundAnalyzer, MakesElementsOfEightChannels) {
                                                          {sourceOf(mono), {1, 48000, 3, 24, 0}},
                                                          {sourceOf(hex("5F3412")), {1, 48000, 3, 20, 0}}};
     D10SoundAnalyzer analyzer(inputs, pal30);
+    analyzer.channelMap(std::make_shared<Metadata::Structural::ChannelMap>("L,R;M1,M2"));
     ASSERT_TRUE(analyzer.preload());
     EXPECT_EQ(analyzer.boundedEditUnitSize(), 61444u);
     EditUnit unit;
@@ -106,6 +107,7 @@ TEST(D10SoundAnalyzer, MakesElementsOfEightChannels) {
         package.describedBy<Metadata::Structural::GenericSoundEssenceDescriptor>(analyzer);
     EXPECT_EQ(*descriptor.channelCount(), 4u);
     EXPECT_EQ(*descriptor.quantizationBits(), 24u);
+    EXPECT_EQ(descriptor.subDescriptors().size(), 6u) << "four channels and two groups";
     inputs.push_back({sourceOf({}), {6, 48000, 2, 16, 0}});
     EXPECT_THROW(D10SoundAnalyzer(inputs, pal30), Exceptions::InvalidValue);
     EXPECT_THROW(D10SoundAnalyzer({{sourceOf({}), {1, 44100, 2, 16, 0}}}, pal30), Exceptions::InvalidValue);

@@ -4,7 +4,9 @@
 #include "MXF/Zelm/Metadata/SetCopy.h"
 #include "MXF/Zelm/Metadata/Structural/CDCIEssenceDescriptor.h"
 #include "MXF/Zelm/Metadata/Structural/Initialize.h"
+#include "MXF/Zelm/Metadata/Structural/SoundDescriptors.h"
 #include "MXF/Zelm/Metadata/Structural/SubDescriptors.h"
+#include "MXF/Zelm/Utils/SampleCadence.h"
 #include "MXF/ZelmDictionary/Dictionary.h"
 #include "support/AnalyzerPackage.h"
 #include "support/EssenceBody.h"
@@ -147,6 +149,30 @@ TEST_F(PassThrough, GivesSoundOfAClipAsFrames) {
     EXPECT_EQ(analyzer.universalLabel()[14], 1);
     EXPECT_EQ(analyzer.essenceElementType(), 1);
     EXPECT_THROW(PassThroughAnalyzer(input, 0x15010500), Exceptions::InvalidStructure);
+}
+
+TEST_F(PassThrough, TellsWhereInTheCadenceARangeBegins) {
+    Sample sample(MXFZELM_SAMPLES_DIR "/pcm-51-mca-clip.mxf");
+    ASSERT_EQ(sample.containers.size(), 1u);
+    auto const& track = sample.containers.front().tracks.front();
+    for (std::int64_t const first : {0, 2, 5, 8}) {
+        PassThroughOptions const options{
+            .first = first, .wrapping = Wrapping::Frame, .editRate = {30000, 1001}};
+        PassThroughAnalyzer analyzer(
+            std::make_shared<PassThroughReader>(sample.reader, sample.containers.front(), options),
+            track.trackNumber);
+        ASSERT_TRUE(analyzer.preload());
+        AnalyzerPackage package;
+        auto const& descriptor =
+            package.describedBy<Metadata::Structural::WAVEAudioEssenceDescriptor>(analyzer);
+        auto const* const place = descriptor.sequenceOffset();
+        EXPECT_EQ(place != nullptr ? place->value() : 0, first % 5);
+        Utils::SampleCadence const cadence(48000u, {30000, 1001});
+        EditUnit unit;
+        for (std::int64_t i = first % 5; i < first % 5 + 3 && analyzer.nextEditUnit(unit); ++i, unit = {})
+            EXPECT_EQ(unit.data.size(),
+                      cadence.samplesOf(static_cast<std::uint64_t>(i)) * track.samples.bytes);
+    }
 }
 
 TEST(SetCopy, KeepsPrivatePropertiesWhateverTheirTags) {

@@ -5,6 +5,8 @@
 #include "support/StandardMetadata.h"
 #include "support/WrittenFile.h"
 
+#include <set>
+
 namespace MXF::Zelm::Test {
 
 using namespace Metadata::Structural;
@@ -197,8 +199,12 @@ TEST(GenericOPBuilder, patternsAreReadBack) {
         auto const& metadata = *header->metadata();
         EXPECT_EQ(operationalPattern(metadata), pattern.label);
         EXPECT_EQ(clipsOf(metadata), pattern.tracks);
-        for (auto const& container : file.containers())
+        std::set<std::uint32_t> ids;
+        for (auto const& container : file.containers()) {
             expectEssence(file, container);
+            for (auto const& track : container.tracks)
+                EXPECT_TRUE(ids.insert(track.trackID).second) << track.trackID; // none twice in a file
+        }
         Templates::vector<Metadata::Element*> open;
         metadata.openElements(open);
         EXPECT_TRUE(open.empty());

@@ -179,6 +179,19 @@ TEST(Audio, ExtractsSoundInOtherForms) {
     EXPECT_EQ(packets.size() % 188, 0u);
     EXPECT_GT(packets.size(), instants * 10);
 
+    // 24 bits in the upper ones of 32
+    auto const format = hex("FEFF 0100 80BB0000 00EE0200 0400 2000 1600 1800 00000000 0100") +
+                        hex("000000001000800000AA00389B71");
+    writeFile(folder.file("b.wav"),
+              riff("RIFF", chunk("fmt ", format) + chunk("data", hex("00563412 00BC9A78"))));
+    folder.run({"wrap", "@b.wav", "-o", "@b.mxf", "--clip"});
+    folder.run({"extract", "@b.mxf", "-o", "@", "--as", "aes3"});
+    folder.run({"extract", "@b.mxf", "-o", "@", "--as", "302m"});
+    auto const wide = readFile(folder.file("b_a1.aes3"));
+    ASSERT_EQ(wide.size(), 8u);
+    EXPECT_EQ(wide[1] + wide[2] * 0x100 + (wide[3] & 0x0F) * 0x10000 + (wide[0] >> 4) * 0x100000, 0x612345);
+    EXPECT_EQ(readFile(folder.file("b_a1.ts")).size(), 3 * 188u) << "tables and a packet";
+
     EXPECT_NE(folder.run({"extract", "@a.mxf", "-o", "@", "--as", "captions"}, 2)
                   .find("a1: has no ancillary data packets"),
               std::string::npos);

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
+#include <sstream>
 
 namespace MXF::Zelm::Test {
 
@@ -115,6 +116,14 @@ TEST(Info, GoesOnAfterAFileThatCannotBeRead) {
     EXPECT_EQ(runZelm({"info", junk.name()}).status, 3);
     EXPECT_EQ(runZelm({"info"}).status, 2);
     EXPECT_EQ(runZelm({"help", "info"}).status, 0);
+}
+
+TEST(Help, FitsATerminal) {
+    for (auto const* const command : {"wrap", "rewrap", "ancillary"}) {
+        std::istringstream help(runZelm({"help", command}).output);
+        for (std::string line; std::getline(help, line);)
+            EXPECT_TRUE(line.size() <= 110 || line.find("  --") == 0) << line; // an option's own words
+    }
 }
 
 } // namespace

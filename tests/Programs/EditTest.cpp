@@ -185,7 +185,7 @@ TEST_F(Edit, WritesANewFileWhereTheValueDoesNotFit) {
             << difference;
 
     EXPECT_EQ(edit({"-o", output, "--set", "MaterialPackage/Name=x"}).status, 2) << "it exists";
-    EXPECT_EQ(edit({"-o", output, "--replace", "--unset", "MaterialPackage/Name"}).status, 0);
+    EXPECT_EQ(edit({"-o", output, "--force", "--unset", "MaterialPackage/Name"}).status, 0);
     EXPECT_EQ(value("MaterialPackage/Name", output), nullptr);
 }
 

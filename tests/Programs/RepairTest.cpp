@@ -63,7 +63,10 @@ TEST_F(Repair, TellsWhatIsWrongAndChangesNothing) {
 TEST_F(Repair, WritesANewFileAndTheFileItself) {
     ASSERT_EQ(repair({"-o", fresh_}).status, 0);
     EXPECT_TRUE(isUntouched());
-    EXPECT_EQ(repair({"-o", fresh_}).status, 2); // it is there
+    auto const refused = repair({"-o", fresh_});
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_NE(refused.errors.find("is there already (--force replaces it)"), std::string::npos)
+        << refused.errors;
     EXPECT_EQ(repair({"-o", fresh_, "--replace"}).status, 0);
     auto const run = repair({"--in-place", "--json"});
     ASSERT_EQ(run.status, 0) << run.errors;

@@ -93,7 +93,22 @@ TEST(Playlist, KeepsFilesAndIsCut) {
     }
     EXPECT_EQ(lengthsOf(all), "32 32 32 32 12 12 12 8 8 8 12 12 12 ");
     EXPECT_EQ(runZelm({"index", list}).status, 0);
-    EXPECT_EQ(runZelm({"rewrap", list, "--pattern", "op1a", "-o", file.out()}).status, 2);
+
+    auto const asOne = file.folder().file("one.mxf");
+    auto const flat = runZelm({"rewrap", list, "--pattern", "op1a", "-o", asOne});
+    ASSERT_EQ(flat.status, 0) << flat.errors;
+    OpenFile one(readFile(asOne));
+    EXPECT_EQ(patternOf(one), (std::vector<int>{1, 1, 0x09}));
+    ASSERT_EQ(one.containers().size(), 1u);
+    for (std::size_t element = 0; element < 3; ++element) {
+        std::vector<Bytes> units;
+        for (auto* const each : {&first, &second, &first})
+            for (auto const& unit : unitsOf(*each, element))
+                units.push_back(unit);
+        EXPECT_EQ(unitsOf(one, element), units);
+    }
+    EXPECT_EQ(lengthsOf(one), "32 32 32 32 32 32 32 ");
+    EXPECT_EQ(runZelm({"index", asOne}).status, 0);
 
     auto const run = runZelm({"rewrap", list, "--range", "10:15", "-o", file.out()});
     ASSERT_EQ(run.status, 0) << run.errors;
@@ -103,6 +118,23 @@ TEST(Playlist, KeepsFilesAndIsCut) {
     EXPECT_EQ(end, (std::vector<Bytes>{whole.begin() + 8, whole.end()}));
     EXPECT_TRUE(std::equal(start.begin(), start.begin() + 3, unitsOf(part, 0, 1).begin()));
     EXPECT_EQ(lengthsOf(part), "5 5 5 5 2-2 2-2 2-2 3 3 3 ");
+    auto const cut =
+        runZelm({"rewrap", file.out(), "--pattern", "op1a", "-o", file.folder().file("cut.mxf")});
+    EXPECT_EQ(cut.status, 2);
+    EXPECT_NE(cut.errors.find("parts of packages are played"), std::string::npos) << cut.errors;
+}
+
+/// What is said of a file at all times is said of the time in which it is played.
+TEST(Playlist, KeepsWhatIsSaid) {
+    Rewrapped file(strangeFile(reorderedEssence(3)));
+    auto const said = file.folder().file("said.mxf"), list = file.folder().file("list.mxf");
+    ASSERT_EQ(runZelm({"edit", file.in(), "--add-framework", "clip:number=B1", "-o", said}).status, 0);
+    auto const joined = runZelm({"join", "--playlist", file.in(), said, said, "-o", list});
+    ASSERT_EQ(joined.status, 0) << joined.errors;
+    auto const text = runZelm({"dump", "--frameworks", list}).output;
+    for (auto const* const place : {"Clip Framework, from 00:00:00.480 (12 edit units) for 00:00:00.480",
+                                    "Clip Framework, from 00:00:00.960 (24 edit units) for 00:00:00.480"})
+        EXPECT_NE(text.find(place), std::string::npos) << text;
 }
 
 TEST(RewrapSystemItem, IsAddedAndTellsWhatIsThere) {

@@ -2,12 +2,16 @@
 // such files of other programs against what they decode to.
 #include "DataIO/Cuts.h"
 #include "support/AVCStream.h"
+#include "support/FakeAnalyzer.h"
 #include "support/Files.h"
 #include "support/MPEGStream.h"
 #include "support/Program.h"
+#include "support/StandardMetadata.h"
 #include "support/WaveBytes.h"
+#include "support/WrittenFile.h"
 
 #include "MXF/Zelm/Essence/AES3/S302M/PacketWriter.h"
+#include "MXF/Zelm/OPBuilders/GenericOPBuilder.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -170,6 +174,11 @@ TEST(WrapInputs, RefusesByName) {
         {inputs.add("clip.avi", avi(streamList("vids", bitmap, 25, 0), chunk("00dc", repeated(40, 1))))});
     EXPECT_EQ(done.status, 2);
     EXPECT_NE(done.errors.find("motion JPEG"), std::string::npos) << done.errors;
+    auto const listed = runZelm({"audio", inputs.file("clip.avi")}).output;
+    EXPECT_NE(listed.find("stream 0: pictures, MJPG"), std::string::npos) << listed;
+    auto const unknown = runZelm({"audio", inputs.add("clip.txt", repeated(100, 'x'))});
+    EXPECT_EQ(unknown.status, 3);
+    EXPECT_NE(unknown.errors.find("nor an AVI file"), std::string::npos) << unknown.errors;
 }
 
 TEST(WrapInputs, TakesPacketsOfSMPTE302MThatAreCutOff) {
@@ -215,7 +224,11 @@ TEST(WrapInputs, KeepsPacketsOfSMPTE302MWithTheirBits) {
     auto const kept = inputs.report({sound, "--packets"});
     auto const told = Json::parse(runZelm({"audio", "--json", inputs.file("out.mxf")}).output)["files"][0];
     EXPECT_EQ(told["tracks"][0]["coding"], "SMPTE 302M") << told;
-    EXPECT_EQ(told["tracks"][0]["channels"].size(), 2u) << told;
+    ASSERT_EQ(told["tracks"][0]["channels"].size(), 2u) << told;
+    EXPECT_EQ(told["tracks"][0]["channels"][1]["status"], "professional, PCM, emphasis J.17") << told;
+    extract({"--as", "aes3"});
+    EXPECT_EQ(readFile(inputs.file("out_a1.aes3"))[8 * 2 + 7] & 0x40, 0x40)
+        << "bit 2 of the second channel's status: of J.17";
     extract({});
     EXPECT_EQ(readFile(inputs.file("out_a1.302m")), packets);
     extract({"--as", "pcm"});
@@ -229,6 +242,86 @@ TEST(WrapInputs, KeepsPacketsOfSMPTE302MWithTheirBits) {
     inputs.report({sound, "--aes3"});
     auto const channels = Json::parse(runZelm({"audio", "--json", inputs.file("out.mxf")}).output).dump();
     EXPECT_NE(channels.find("J.17"), std::string::npos) << channels;
+    extract({"--as", "302m"});
+    extract({"--as", "aes3"});
+    inputs.report({inputs.file("out_a1.ts"), "--aes3"});
+    auto const again = Json::parse(runZelm({"audio", "--json", inputs.file("out.mxf")}).output)["files"][0];
+    EXPECT_EQ(again["tracks"][0]["channels"][1]["status"], "professional, PCM, emphasis J.17") << again;
+    auto const words = readFile(inputs.file("out_a1.aes3"));
+    EXPECT_EQ(words[8 * 2 + 7] & 0x40, 0x40) << "bit 2 of the second channel's status: of J.17";
+}
+
+/// Packets of SMPTE 302M for which a test has its own bytes.
+class PacketSound : public FakeSound {
+public:
+    PacketSound(FakeEssence const& essence, std::vector<Bytes> units)
+        : FakeSound(essence), units_(std::move(units)) {}
+
+    bool nextEditUnit(GenericContainer::EditUnit& unit) override {
+        if (!FakeSound::nextEditUnit(unit))
+            return false;
+        unit.data.clear();
+        unit.data.append(DataIO::Slice::adopt(Bytes(units_[next_++])));
+        return true;
+    }
+
+private:
+    std::vector<Bytes> units_;
+    std::size_t next_ = 0;
+};
+
+Bytes soundFile(KLV::Key const& label, std::vector<Bytes> const& units) {
+    FakeEssence const essence{.count = units.size(), .itemType = 0x16, .elementType = 0x05, .label = label};
+    OPBuilders::GenericOPBuilder builder(
+        standardMetadata()->partitionDictionary().dictionary(),
+        {.product = {u"Company", u"Product", u"1.0", Types::UUID::generate()}, .materialName = u"Sound"});
+    builder.addFrameWrapped(
+        {.packageRate = essence.rate, .analyzers = {std::make_shared<PacketSound>(essence, units)}});
+    SeekableSink sink;
+    builder.creator(sink)->run();
+    return sink.bytes();
+}
+
+/// In two PES packets, the first with a time.
+Bytes inPES(Bytes const& packet) {
+    auto const head = [](std::size_t size) {
+        return hex("00 00 01 BD") +
+               Bytes{static_cast<unsigned char>(size >> 8), static_cast<unsigned char>(size)};
+    };
+    auto const first = slice(packet, 0, 1000), second = slice(packet, 1000, ~std::size_t{0});
+    return head(first.size() + 8) + hex("84 80 05 21 00 01 00 01") + first + head(second.size() + 3) +
+           hex("80 00 00") + second;
+}
+
+TEST(WrapInputs, ReadsPacketsOfSMPTE302MInPES) {
+    using namespace Essence::AES3;
+    using namespace KLV::Literals;
+    auto const data = samples(3 * 4 * samplesOfFrame);
+    std::vector<Bytes> packets;
+    S302M::PacketWriter writer({2, 16, {48000, 1}}, {25, 1});
+    for (std::size_t frame = 0; frame < 3; ++frame) {
+        auto const pcm = slice(data, frame * 4 * samplesOfFrame, 4 * samplesOfFrame);
+        auto const packet = writer.packet(DataIO::Slice::copyOf(pcm.data(), pcm.size()));
+        packets.push_back(inPES(Bytes(packet.begin(), packet.end())));
+    }
+    Inputs const inputs;
+    for (auto const& label :
+         {"060E2B34.04010102.0D010301.02043D01"_key, "060E2B34.04010102.0D010301.02073D01"_key}) {
+        auto const file = inputs.add("pes.mxf", soundFile(label, packets));
+        auto const told = Json::parse(runZelm({"audio", "--json", file}).output)["files"][0]["tracks"][0];
+        EXPECT_EQ(told["coding"], "SMPTE 302M");
+        EXPECT_EQ(told["samples"], 3 * samplesOfFrame);
+        for (std::string const kind : {"pcm", "302m", ""}) {
+            std::vector<std::string> arguments = {"extract", file, "-o", inputs.file(""), "--force"};
+            if (!kind.empty())
+                arguments.insert(arguments.end(), {"--as", kind});
+            EXPECT_EQ(runZelm(arguments).status, 0) << kind;
+        }
+        EXPECT_EQ(readFile(inputs.file("pes_a1.pcm")), data);
+        EXPECT_EQ(inputs.report({inputs.file("pes_a1.ts"), "--aes3"})["tracks"][0]["md5"],
+                  inputs.md5("whole.wav", wave(data)));
+        EXPECT_EQ(readFile(inputs.file("pes_a1.pes")).size(), 3 * packets[0].size());
+    }
 }
 
 /// What a file holds, as it can be wrapped again; without the offsets in the file.
@@ -248,6 +341,25 @@ constexpr const char* packets = R"({"packets": [
     {"edit_unit": 2, "line": 13, "coding": 8, "did": 65, "sdid": 5, "data_count": 2, "data": "3FF0AA", "checksum": null},
     {"edit_unit": 3, "line": 13, "did": 65, "sdid": 5, "data": "", "samples": 5, "payload": "6101030405060708"},
     {"edit_unit": 4, "kind": "VBI", "line": 21, "wrapping": 2, "samples": 6, "data": "0102030405060000"}]})";
+
+TEST(WrapInputs, MakesCaptionPacketsOfTheirContent) {
+    Inputs const inputs;
+    auto const textOf = [](std::string const& type) {
+        return R"({"packets": [{"edit_unit": 3, "line": 9, "captions": {"frame_rate": "29.97", "timecode": "10:00:00;03",
+            "data": [{"type": )" +
+               type +
+               R"(, "bytes": "9420"}], "services": [{"number": 1, "language": "eng", "wide": true}]}}]})";
+    };
+    ASSERT_EQ(inputs.wrap({inputs.add("made.json", ascii(textOf("0")))}).status, 0);
+    auto const packet = dumped(inputs.file("out.mxf"))["packets"][0];
+    EXPECT_EQ(packet["did"], 0x61);
+    EXPECT_EQ(packet["data"], "96691E4FF7000371D080008372E1FC942073D1A1656E67C17FFF7400037E");
+    EXPECT_EQ(packet["faults"], Json::array());
+    auto const refused = inputs.wrap({inputs.add("bad.json", ascii(textOf("4")))});
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_NE(refused.errors.find("packet 1: \"type\" is no number up to 3"), std::string::npos)
+        << refused.errors;
+}
 
 TEST(WrapInputs, TakesPacketsAsTheyAreDumped) {
     Inputs const inputs;

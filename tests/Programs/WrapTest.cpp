@@ -90,6 +90,34 @@ TEST(Wrap, EndsSoundWithThePictures) {
     ASSERT_EQ(report["notes"].size(), 2u) << report["notes"];
     EXPECT_NE(std::string(report["notes"][0]).find("longer"), std::string::npos);
     EXPECT_NE(std::string(report["notes"][1]).find("silence was added, 0.24 s"), std::string::npos);
+    auto const clips =
+        folder.report({"clip.m2v", "clip.wav", "short.wav"}, {"--pattern", "op1b", "--clip"})["tracks"];
+    EXPECT_EQ(clips[1]["bytes"], frames * samplesOfFrame * 4);
+    EXPECT_EQ(clips[2]["bytes"], frames * samplesOfFrame * 2);
+    writeFile(folder.file("short.wav"), wave(1, frames * samplesOfFrame - 72));
+    auto const almost = folder.run({"clip.m2v", "short.wav"}, {"--force"}).errors;
+    EXPECT_NE(almost.find("silence was added, 1.50 ms"), std::string::npos) << almost;
+}
+
+/// The pictures that the first one shown needs stand before it, and count in descriptors.
+TEST(Wrap, PartsOfItAreNotOdd) {
+    Wrapped const folder;
+    ASSERT_EQ(folder.run({"clip.m2v", "clip.wav"}).status, 0);
+    auto const part = folder.file("part.mxf");
+    ASSERT_EQ(runZelm({"rewrap", folder.file("out.mxf"), "--range", "6:8", "-o", part}).status, 0);
+    auto const info = Json::parse(runZelm({"info", "--json", part}).output)["files"][0];
+    EXPECT_EQ(info["odd"], Json::array());
+
+    // Sound that is cut in edit units is played by them, and not by samples.
+    ASSERT_EQ(folder.run({"clip.wav"}, {"--clip", "--force"}).status, 0);
+    ASSERT_EQ(
+        runZelm({"rewrap", folder.file("out.mxf"), "--frame", "--rate", "25", "-o", part, "--force"}).status,
+        0);
+    auto const cut = Json::parse(runZelm({"info", "--json", part}).output)["files"][0];
+    EXPECT_EQ(cut["odd"], Json::array());
+    auto const& played = cut["packages"][0]["tracks"][1];
+    EXPECT_EQ(played["edit_rate"], "25/1");
+    EXPECT_EQ(played["duration"], frames + 1);
 }
 
 TEST(Wrap, WritesEachPatternAndIndexPlaceSoThatItReadsBack) {
@@ -201,6 +229,18 @@ TEST(Wrap, TakesDataAndLongWaveFiles) {
     ASSERT_EQ(data["tracks"].size(), 1u);
     EXPECT_EQ(data["tracks"][0]["edit_units"], 3);
     EXPECT_EQ(data["tracks"][0]["bytes"], 15);
+
+    // One that was cut off, of more than 32 bits of samples: the sound beside it ends when it does.
+    auto const claimed = std::uint64_t{1} << 33;
+    auto const claims =
+        little(claimed + 72) + little(claimed) + little(std::uint64_t{0}) + little(std::uint32_t{0});
+    writeFile(folder.file("cut.wav"),
+              riff("RF64", chunk("ds64", claims) + waveFormat(1, 48000, 16) + ascii("data") +
+                               hex("FF FF FF FF") + repeated(20 * samplesOfFrame * 2, 0x11)));
+    auto const cut = folder.run({"cut.wav", "clip.wav"}, {"--pattern", "op1b", "--clip", "--force"});
+    EXPECT_EQ(cut.status, 1) << cut.errors;
+    EXPECT_NE(cut.errors.find("cut.wav: The sound ends after"), std::string::npos) << cut.errors;
+    EXPECT_LT(readFile(folder.file("out.mxf")).size(), 1000000u);
 }
 
 TEST(Wrap, WritesAFileForEachTrackOfAS02) {
@@ -260,6 +300,9 @@ TEST(Wrap, RefusesAndLeavesNothingBehind) {
     simple[16] = 0x15; // simple profile at main level
     writeFile(folder.file("simple.m2v"), simple);
     writeFile(folder.file("slow.wav"), riff("RIFF", waveFormat(1, 32000, 16) + chunk("data", Bytes(6400))));
+    auto floating = wave(1, 100);
+    floating[20] = 3; // the format's tag
+    writeFile(folder.file("float.wav"), floating);
     struct {
         std::vector<std::string> inputs, options;
         const char* text;
@@ -277,11 +320,16 @@ TEST(Wrap, RefusesAndLeavesNothingBehind) {
         {{"clip.m2v"}, {"--partition-every", "x"}, "--partition-every"},
         {{"clip.m2v"}, {"--preset", "rdd9", "--kag", "1"}, "an alignment of 512"},
         {{"clip.m2v", "clip.m2v"}, {"--preset", "rdd9"}, "one picture track"},
+        {{"float.wav"}, {}, "float.wav: The samples of the Wave file have format 3"},
         {{"clip.m2v"}, {"--preset", "d10"}, "D-10 pictures"},
+        {{"clip.m2v"}, {"--preset", "d10", "--channels", "2"}, "no --channels"},
+        {{"clip.m2v"}, {"--map", "L,R"}, "--map: no input has samples"},
+        {{"clip.m2v"}, {"--aes3"}, "--aes3: no input has samples"},
         {{"intra.m2v"}, {"--preset", "rdd9"}, "asks for MPEG-2 long GOP"},
         {{"simple.m2v"}, {"--preset", "rdd9"}, "main or 4:2:2 profile"},
         {{"clip.m2v", "slow.wav"}, {"--preset", "rdd9"}, "sound of 16 or 24 bits at 48000 Hz"},
         {{"clip.m2v", "clip.m2v"}, {"--preset", "as02"}, "one picture track"},
+        {{"clip.m2v", "clip.m2v"}, {}, "one stream with B pictures"},
         {{"clip.m2v"}, {"--preset", "atom", "--system-item"}, "--system-item"},
         {{"text.txt"}, {"--as", "data", "--clip"}, "is wrapped by edit units alone"},
         {{"clip.wav"}, {"--pcm", "16"}, "--pcm"},

@@ -1,10 +1,10 @@
 #include "AncillaryList.h"
 
+#include "AncillaryCaptionRow.h"
 #include "AncillaryStored.h"
 #include "Json.h"
 #include "LayoutOptions.h"
 
-#include <MXF/Zelm/ByteCoders/Hexadecimal.h>
 #include <MXF/Zelm/GenericContainer/S436M/ANCPacket.h>
 
 #include <algorithm>
@@ -20,74 +20,12 @@ namespace {
 /// A day of 120 frames a second: what is further away is no edit unit.
 constexpr std::uint64_t mostFrames = std::uint64_t{24} * 60 * 60 * 120;
 
-constexpr std::uint64_t mostByte = 0xFF, mostWord = 0x3FF, mostCount = 0xFFFF;
-
-/// One of the objects that the text holds.
-class Row {
-public:
-    explicit Row(Json const& json) : json_(json) {}
-
-    Json const* find(const char* member) const {
-        auto const found = json_.find(member);
-        return found != json_.end() && !found->is_null() ? &*found : nullptr;
-    }
-
-    /// Whether the member is there, though it may be null.
-    bool has(const char* member) const { return json_.contains(member); }
-
-    std::uint64_t number(const char* member, std::uint64_t most) const {
-        auto const* const value = find(member);
-        if (value == nullptr || !value->is_number_unsigned() || value->get<std::uint64_t>() > most)
-            throw BadAncillaryText("\"" + std::string(member) + "\" is no number up to " +
-                                   std::to_string(most));
-        return value->get<std::uint64_t>();
-    }
-
-    std::uint64_t numberOr(const char* member, std::uint64_t most, std::uint64_t other) const {
-        return find(member) != nullptr ? number(member, most) : other;
-    }
-
-    std::string text(const char* member) const {
-        auto const* const value = find(member);
-        if (value == nullptr || !value->is_string())
-            throw BadAncillaryText("\"" + std::string(member) + "\" is no text");
-        return value->get<std::string>();
-    }
-
-    bool isTrue(const char* member) const {
-        auto const* const value = find(member);
-        return value != nullptr && value->is_boolean() && value->get<bool>();
-    }
-
-private:
-    Json const& json_;
-};
-
-/// Values of so many hexadecimal digits each.
-std::vector<Word> valuesOf(Row const& row, const char* member, std::size_t digits) {
-    auto const text = row.text(member);
-    if (text.size() % digits != 0)
-        throw BadAncillaryText("\"" + std::string(member) + "\" does not hold whole values");
-    std::vector<Word> values;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        int const digit = ByteCoders::hexadecimalDigit(static_cast<unsigned char>(text[at]));
-        if (digit < 0)
-            throw BadAncillaryText("\"" + std::string(member) + "\" is not hexadecimal");
-        if (at % digits == 0)
-            values.push_back(0);
-        values.back() =
-            static_cast<Word>((std::uint64_t{values.back()} << 4 | static_cast<unsigned>(digit)) & mostWord);
-    }
-    return values;
-}
-
-std::vector<unsigned char> bytesOf(Row const& row, const char* member) {
-    auto const values = valuesOf(row, member, 2);
-    return {values.begin(), values.end()};
-}
+constexpr std::uint64_t mostByte = 0xFF, mostWord = AncillaryRow::mostWord, mostCount = 0xFFFF;
 
 /// User data of 8 bits in two digits; of 10 bits in three, which the data count tells.
-Packet packetOf(Row const& row) {
+Packet packetOf(AncillaryRow const& row) {
+    if (row.find("captions") != nullptr && row.find("data") == nullptr)
+        return captionPacketOf(row);
     auto const did = static_cast<unsigned char>(row.number("did", mostByte));
     auto const sdid = static_cast<unsigned char>(row.number("sdid", mostByte));
     auto const digits = row.text("data").size();
@@ -95,12 +33,12 @@ Packet packetOf(Row const& row) {
     if (digits / 2 > Packet::mostUserData && digits != count * 3)
         throw BadAncillaryText("\"data\" has more than 255 words");
     if (digits == count * 2)
-        return Packet::ofBytes(did, sdid, bytesOf(row, "data"));
-    auto const words = valuesOf(row, "data", 3);
+        return Packet::ofBytes(did, sdid, row.bytes("data"));
+    auto const words = row.values("data", 3);
     return {did, sdid, {words.begin(), words.end()}};
 }
 
-StoredPacket ancOf(Row const& row, SampleCoding coding) {
+StoredPacket ancOf(AncillaryRow const& row, SampleCoding coding) {
     if (!isKnown(coding, ElementKind::ANC))
         throw BadAncillaryText("\"coding\" is none of ancillary data");
     auto const packet = packetOf(row);
@@ -113,14 +51,14 @@ StoredPacket ancOf(Row const& row, SampleCoding coding) {
 }
 
 /// A payload as it was found.
-StoredPacket asFound(Row const& row, const char* member) {
+StoredPacket asFound(AncillaryRow const& row, const char* member) {
     StoredPacket stored;
-    stored.payload = DataIO::Slice::adopt(bytesOf(row, member));
+    stored.payload = DataIO::Slice::adopt(row.bytes(member));
     stored.sampleCount = static_cast<std::uint16_t>(row.number("samples", mostCount));
     return stored;
 }
 
-StoredPacket storedOf(Row const& row, AncillaryList::Kind kind) {
+StoredPacket storedOf(AncillaryRow const& row, AncillaryList::Kind kind) {
     auto const coding = static_cast<SampleCoding>(
         row.numberOr("coding", mostByte, static_cast<unsigned>(SampleCoding::Luma8)));
     auto stored = kind == ElementKind::VBI         ? asFound(row, "data")
@@ -130,7 +68,7 @@ StoredPacket storedOf(Row const& row, AncillaryList::Kind kind) {
     stored.wrapping = static_cast<WrappingType>(
         row.numberOr("wrapping", mostByte, static_cast<unsigned>(WrappingType::ProgressiveFrame)));
     stored.lineNumber = static_cast<std::uint16_t>(row.numberOr("line", mostCount, 0));
-    if (row.isTrue("field_mark"))
+    if (row.isTrueOr("field_mark", false))
         stored.lineNumber |= StoredPacket::field2Mark;
     return stored;
 }
@@ -181,24 +119,24 @@ private:
             return false;
         ++rows_;
         try {
-            takePacket(Row(value));
+            takePacket(AncillaryRow(value));
         } catch (std::runtime_error const& failure) {
             throw BadAncillaryText("packet " + std::to_string(rows_) + ": " + failure.what());
         }
         return true;
     }
 
-    void takePacket(Row const& row) {
+    void takePacket(AncillaryRow const& row) {
         auto const kind = kindOf(row);
         auto* const track = trackOf(kind, row);
-        if (track == nullptr || !row.has("data")) {
+        if (track == nullptr || (!row.has("data") && !row.has("captions"))) {
             ++list_.leftOut;
             return;
         }
         track->frames->add(row.number("edit_unit", mostFrames), storedOf(row, kind));
     }
 
-    static AncillaryList::Kind kindOf(Row const& row) {
+    static AncillaryList::Kind kindOf(AncillaryRow const& row) {
         auto const text = row.find("kind") != nullptr ? row.text("kind") : "ANC";
         if (text != "ANC" && text != "VBI")
             throw BadAncillaryText("\"kind\" is neither ANC nor VBI");
@@ -206,7 +144,7 @@ private:
     }
 
     /// The first one of its kind; null for others.
-    AncillaryList::Track* trackOf(AncillaryList::Kind kind, Row const& row) {
+    AncillaryList::Track* trackOf(AncillaryList::Kind kind, AncillaryRow const& row) {
         std::string name;
         for (auto const* const member : {"body_sid", "track_id"})
             if (auto const* const value = row.find(member))
@@ -224,7 +162,7 @@ private:
         for (auto const& value : rest["tracks"]) {
             if (!value.is_object())
                 continue;
-            Row const row(value);
+            AncillaryRow const row(value);
             auto* const track = trackOf(kindOf(row), row);
             if (track == nullptr)
                 continue;

@@ -1,12 +1,12 @@
 /// Packets of VBI and ANC out of the JSON that `zelm ancillary --dump` prints.
 #pragma once
 
+#include "AncillaryRow.h"
 #include "WrapTracks.h"
 
 #include <MXF/Zelm/GenericContainer/S436M/PacketAnalyzers.h>
 
 #include <map>
-#include <stdexcept>
 #include <string_view>
 
 namespace Zelm {
@@ -31,11 +31,6 @@ private:
     std::map<std::uint64_t, MXF::Zelm::Templates::vector<StoredPacket>> packets_;
     std::uint64_t frames_ = 0, next_ = 0;
     bool isEndless_ = false;
-};
-
-/// The text is not what it ought to be: the message says where.
-struct BadAncillaryText : std::runtime_error {
-    using std::runtime_error::runtime_error;
 };
 
 struct AncillaryList {

@@ -1,5 +1,6 @@
 /// `zelm audio FILE…`: the sound in MXF, Wave and AVI files.
 #include "AudioReport.h"
+#include "ForceOption.h"
 #include "Interruption.h"
 
 #include <MXF/Zelm/DataIO/File/FileDataSink.h>
@@ -24,7 +25,7 @@ public:
         parser.add_option("--plot", plot_, "Draw the wave of each channel of one file")
             ->type_name("OUT.svg")
             ->excludes(without);
-        parser.add_flag("--force", force_, "Replace a drawing that is there");
+        declareForce(parser, force_, "Replace a drawing that is there");
         parser
             .add_option("--silence", silence_,
                         "No sample of silence reaches this level, in dBFS; -60 unless given")

@@ -77,7 +77,7 @@ void compareLabels(AudioTrack& track) {
         else if (!labelled.insert(*label.channel).second)
             track.odd.push_back("channel " + std::to_string(*label.channel) + " has several labels");
     }
-    if (count != 0 && count != track.format.channels)
+    if (count != 0 && count != track.format.channels && count != track.live)
         track.odd.push_back("there are " + std::to_string(count) + " channel labels for " +
                             std::to_string(track.format.channels) + " channels");
     if (count == 0 && groups != 0)

@@ -24,6 +24,7 @@ struct AudioTrack {
     WaveFormat format = {};                ///< no channels where the samples cannot be read
     std::optional<std::uint64_t> instants; ///< that the file says it has
     std::uint64_t tolerance = 0;           ///< instants that it may have more or less
+    unsigned live = 0;                     ///< channels that AES3 elements flag; 0 for no others than all
     SoundInfo sound;                       ///< labels, and what a descriptor says
     std::vector<ChannelStatus> statuses;   ///< of the first channels
 

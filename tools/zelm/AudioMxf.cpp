@@ -1,11 +1,13 @@
 /// `zelm audio` of MXF files: the essence of the sound tracks goes through meters on the way that it would
 /// take into files.
 #include "AudioInfo.h"
+#include "CarriedStatus.h"
 #include "Extraction.h"
 #include "SetValues.h"
+#include "Text.h"
+#include "WaveForm.h"
 
-#include <MXF/Zelm/Essence/AES3/ChannelStatusLoader.h>
-#include <MXF/Zelm/Essence/AES3/EightChannelElement.h>
+#include <MXF/Zelm/Exceptions/Exceptions.h>
 #include <MXF/Zelm/Metadata/Structural/SoundDescriptors.h>
 #include <MXF/Zelm/Utils/SampleCadence.h>
 
@@ -17,8 +19,6 @@ namespace Zelm {
 
 using namespace MXF::Zelm;
 using Essence::AES3::ChannelStatus;
-using Essence::AES3::ChannelStatusLoader;
-using Essence::AES3::EightChannelElement;
 using Essence::Wave::LevelMeter;
 using GenericContainer::Wrapping;
 using Shape = EssenceForm::Shape;
@@ -36,42 +36,6 @@ public:
 
 private:
     std::shared_ptr<LevelMeter> meter_;
-};
-
-/// Channel status blocks out of the words of SMPTE 331M elements, until there is one of each channel.
-class StatusReader {
-public:
-    /// False when no more is wanted.
-    bool take(DataIO::Chain const& element, std::vector<ChannelStatus>& statuses) {
-        constexpr std::size_t headSize = 4, wordSize = 4, words = EightChannelElement::channelCount;
-        constexpr unsigned blockStart = 3, statusBit = 30;
-        auto const bytes = element.part(0, std::min<std::uint64_t>(element.size(), mostBytes)).contiguous();
-        if (bytes.size() < headSize || (bytes.data()[0] & 0x80u) == 0)
-            return false;
-        for (std::size_t at = headSize, i = 0; at + wordSize <= bytes.size(); at += wordSize, ++i) {
-            auto& loader = loaders_[i % words];
-            auto const bit = [&](unsigned n) { return (bytes.data()[at + n / 8] >> n % 8 & 1u) != 0; };
-            if (!loader.isComplete())
-                loader.push(bit(statusBit), bit(blockStart));
-        }
-        if (!std::all_of(std::begin(loaders_), std::end(loaders_),
-                         [](auto const& loader) { return loader.isComplete(); }))
-            return ++elements_ < mostElements;
-        for (std::size_t i = 0; i < statuses.size(); ++i)
-            statuses[i] = loaders_[i].channelStatus();
-        found_ = true;
-        return false;
-    }
-
-    bool found() const { return found_; }
-
-private:
-    static constexpr std::uint64_t mostBytes = std::uint64_t{1} << 20;
-    static constexpr unsigned mostElements = 4;
-
-    ChannelStatusLoader loaders_[EightChannelElement::channelCount];
-    unsigned elements_ = 0;
-    bool found_ = false;
 };
 
 std::string countText(std::uint64_t count, const char* what) {
@@ -165,20 +129,16 @@ void takeLength(MXFIO::EssenceTrack const& source, AudioTrack& track) {
     track.tolerance = static_cast<std::uint64_t>(std::ceil(track.format.samplingRate / rate)) - 1;
 }
 
-void takeStatus(Structural::AES3AudioEssenceDescriptor const& aes3, AudioTrack& track) {
+void takeStatus(MXFIO::EssenceTrack const& source, Structural::AES3AudioEssenceDescriptor const& aes3,
+                AudioTrack& track) {
     auto const* const data = aes3.fixedChannelStatusData();
     if (data == nullptr || data->subType() != Types::Identifiers::UInt8)
         return;
     if (data->count() != track.format.channels * ChannelStatus::blockSize)
         track.odd.push_back("the descriptor has " + countText(data->count(), "byte") +
                             " of channel status for " + countText(track.format.channels, "channel"));
-    for (std::size_t at = 0; at + ChannelStatus::blockSize <= data->count(); at += ChannelStatus::blockSize) {
-        unsigned char bytes[ChannelStatus::blockSize];
-        for (std::size_t i = 0; i < sizeof bytes; ++i)
-            bytes[i] = data->at<Types::UInt8>(at + i).value();
-        if (track.statuses.size() < track.format.channels)
-            track.statuses.emplace_back(bytes);
-    }
+    track.statuses = channelStatuses(source);
+    track.statuses.resize(std::min<std::size_t>(track.statuses.size(), track.format.channels));
 }
 
 /// What the descriptor says twice.
@@ -225,6 +185,8 @@ public:
             track.format = found.form.wave;
         if (found.track != nullptr)
             takeTrack(*found.track, found.form, track);
+        if (auto statuses = carriedStatuses(found.form, element); !statuses.empty())
+            track.statuses = std::move(statuses);
         if (found.form.shape == Shape::EightChannels) {
             track.wrapping = "AES3 element";
             takeElement(element, track);
@@ -269,23 +231,20 @@ private:
         if (auto const* const wave = dynamic_cast<Structural::WAVEAudioEssenceDescriptor const*>(sound))
             compareDescriptor(*wave, track);
         if (auto const* const aes3 = dynamic_cast<Structural::AES3AudioEssenceDescriptor const*>(sound))
-            takeStatus(*aes3, track);
+            takeStatus(source, *aes3, track);
     }
 
-    /// The flags and the channel status of the first element.
+    /// The flags of the first element.
     static void takeElement(GenericContainer::Element const& element, AudioTrack& track) {
         if (element.data.size() != element.length || element.length < 4)
             return;
         auto const head = element.data.part(0, 4).contiguous();
+        // SMPTE 386M declares four channels or eight, of which fewer may be live.
         auto const live = static_cast<unsigned>(std::popcount(unsigned{head.data()[3]}));
-        if (live != 0 && live != track.sound.channels.value_or(live))
+        track.live = live;
+        if (live > track.sound.channels.value_or(live))
             track.odd.push_back("the first element flags " + countText(live, "channel") +
                                 ", the descriptor says " + std::to_string(*track.sound.channels));
-        StatusReader reader;
-        std::vector<ChannelStatus> statuses(track.format.channels);
-        reader.take(element.data, statuses);
-        if (reader.found())
-            track.statuses = std::move(statuses);
     }
 
     static std::optional<Utils::SampleCadence> cadenceOf(ExtractTrack const& found, AudioTrack const& track) {
@@ -326,6 +285,10 @@ void compareTracks(AudioFile& file) {
 void readMxfAudio(AudioFile& file, AudioOptions const& options, SharedDictionary const& dictionary) {
     file.kind = "MXF";
     Input input(file.file, dictionary);
+    if (file.size != 0 && input.reader.headerPartition() == nullptr)
+        throw Exceptions::InvalidStructure("neither an MXF file (no header partition begins within " +
+                                           grouped(searchLimit) +
+                                           " bytes) nor a Wave file (RIFF, RF64, BW64) nor an AVI file");
     file.mxf = gatherInfo(input);
     ExtractOptions wanted;
     wanted.tracks.conversion = std::make_shared<SoundMeters>(file, options);

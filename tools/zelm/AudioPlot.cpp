@@ -20,8 +20,11 @@ using Essence::Wave::LevelMeter;
 
 namespace {
 
-constexpr double width = 1260, left = 100, plotWidth = 1064, right = left + plotWidth;
+constexpr double width = 1288, left = 128, plotWidth = 1064, right = left + plotWidth;
 constexpr double titleHeight = 62, laneHeight = 92, laneGap = 14, axisHeight = 74;
+
+/// Labels on the axis: a bound, never met by `timeStep`.
+constexpr double mostTimes = 1000;
 
 /// More channels than this are not drawn.
 constexpr std::size_t mostLanes = 64;
@@ -35,10 +38,12 @@ text { font: 12px system-ui, -apple-system, "Segoe UI", "DejaVu Sans", sans-seri
 .lane { fill: #f6f7f9 }
 .silence { fill: #e3d9f5 }
 .grid { stroke: #e1e5ea; fill: none }
+.full { stroke: #c3c9d2; fill: none }
 .axis { stroke: #9ca3af; fill: none }
 .wave { fill: #8db8ee }
 .power { fill: #2f62ba }
 .clip { fill: #dc2626 }
+.over { font-size: 11px; font-weight: 600; fill: #dc2626 }
 @media (prefers-color-scheme: dark) {
 text { fill: #b6bdc9 }
 .title { fill: #f3f4f6 }
@@ -48,10 +53,12 @@ text { fill: #b6bdc9 }
 .lane { fill: #191f28 }
 .silence { fill: #3b3057 }
 .grid { stroke: #2a313c }
+.full { stroke: #434c5a }
 .axis { stroke: #5b6472 }
 .wave { fill: #3f6cb0 }
 .power { fill: #8fbaf7 }
 .clip { fill: #f87171 }
+.over { fill: #f87171 }
 }
 )";
 
@@ -62,9 +69,14 @@ struct Lane {
     LevelMeter::Channel const& levels() const { return track->levels->channels()[channel]; }
 };
 
+/// "-6.0", "0.0", "-inf".
 std::string decibelText(double magnitude) {
     double const value = decibels(magnitude);
-    return std::isinf(value) ? "-inf" : svgNumber(std::round(value * 10) / 10);
+    if (std::isinf(value))
+        return "-inf";
+    auto const tenths = std::llround(std::abs(value) * 10);
+    return (value < 0 && tenths != 0 ? "-" : "") + std::to_string(tenths / 10) + "." +
+           std::to_string(tenths % 10);
 }
 
 std::string baseName(std::string const& path) {
@@ -119,7 +131,21 @@ private:
         std::string text = std::to_string(channels) + (channels == 1 ? " channel" : " channels");
         if (channels > lanes_.size())
             text += ", " + std::to_string(lanes_.size()) + " of them drawn";
-        return text + ", " + durationText(std::llround(seconds_ * 1000), {1000, 1});
+        return text + formatText() + ", " + durationText(std::llround(seconds_ * 1000), {1000, 1});
+    }
+
+    /// Rate and bits, where all lanes have the same.
+    std::string formatText() const {
+        if (lanes_.empty())
+            return {};
+        auto const& first = lanes_.front().track->format;
+        bool const isOne = std::all_of(lanes_.begin(), lanes_.end(), [&](Lane const& lane) {
+            auto const& format = lane.track->format;
+            return format.samplingRate == first.samplingRate && format.validBits == first.validBits;
+        });
+        return isOne ? ", " + std::to_string(first.samplingRate) + " Hz, " + std::to_string(first.validBits) +
+                           " bits"
+                     : "";
     }
 
     double x(double seconds) const { return left + (seconds_ > 0 ? seconds / seconds_ : 0) * plotWidth; }
@@ -132,23 +158,44 @@ private:
         auto const& levels = lane.levels();
         svg_.rectangle(left, top, plotWidth, laneHeight, "lane");
         drawSilence(lane, top);
-        SvgPath grid;
-        for (double const part : {-0.5, 0.0, 0.5}) // 6 dB below full scale, and 0
-            grid.horizontal(left, right, std::round(middle + part * half) + 0.5);
-        svg_.path(grid, "grid");
+        drawGrid(top);
         drawWave(lane, middle, half);
         drawClipping(lane, top);
         std::string const label = lane.track->labelOf(lane.channel);
-        svg_.text(left - 10, middle - 14,
-                  lane.track->name +
-                      (lane.track->format.channels > 1 ? "." + std::to_string(lane.channel + 1) : ""),
-                  "name", Svg::Anchor::End);
-        svg_.text(left - 10, middle + 3, label, "", Svg::Anchor::End);
-        svg_.text(left - 10, middle + 20, decibelText(levels.all.peak()) + " dBFS", "", Svg::Anchor::End);
-        svg_.text(left - 10, middle + 35, "RMS " + decibelText(levels.all.rms()), "faint", Svg::Anchor::End);
-        svg_.text(right + 6, top + 10, "0 dBFS", "faint");
-        svg_.text(right + 6, std::round(middle - half / 2) + 4, "-6", "faint");
-        svg_.text(right + 6, std::round(middle + half / 2) + 4, "-6", "faint");
+        double line = levels.all.clipped != 0 ? middle - 24 : middle - 16;
+        auto const tell = [&](std::string const& text, std::string_view styleClass) {
+            svg_.text(left - 10, line, text, styleClass, Svg::Anchor::End);
+            line += 16;
+        };
+        tell(lane.track->name +
+                 (lane.track->format.channels > 1 ? "." + std::to_string(lane.channel + 1) : ""),
+             "name");
+        if (!label.empty())
+            tell(label, "");
+        tell(decibelText(levels.all.peak()) + " dBFS", "");
+        tell("RMS " + decibelText(levels.all.rms()), "faint");
+        if (levels.all.clipped != 0)
+            tell(grouped(levels.all.clipped) + " clipped", "over");
+    }
+
+    /// Full scale, 6 dB below, 0, and the times that are labelled.
+    void drawGrid(double top) {
+        SvgPath grid, full;
+        double const middle = top + laneHeight / 2, quarter = laneHeight / 4;
+        for (double const y : {middle - quarter, middle, middle + quarter})
+            grid.horizontal(left, right, std::round(y) + 0.5);
+        double const step = timeStep();
+        for (double i = 1; i * step < seconds_ && i < mostTimes; ++i)
+            grid.vertical(std::round(x(i * step)) + 0.5, top, top + laneHeight);
+        for (double const y : {top, top + laneHeight})
+            full.horizontal(left, right, std::round(y) + 0.5);
+        svg_.path(grid, "grid");
+        svg_.path(full, "full");
+        svg_.text(right + 6, top + 5, "0 dBFS", "faint");
+        svg_.text(right + 6, std::round(middle - quarter) + 4, "-6", "faint");
+        svg_.text(right + 6, std::round(middle) + 4, "-inf", "faint");
+        svg_.text(right + 6, std::round(middle + quarter) + 4, "-6", "faint");
+        svg_.text(right + 6, top + laneHeight + 3, "0", "faint");
     }
 
     void drawSilence(Lane const& lane, double top) {
@@ -222,7 +269,9 @@ private:
         SvgPath ticks;
         ticks.horizontal(left, right, std::round(top) + 0.5);
         double const step = timeStep();
-        for (double i = 0; i * step <= seconds_ && i < 1000; ++i) {
+        for (double i = 0.2; i * step <= seconds_ && i < mostTimes; i += 0.2)
+            ticks.vertical(std::round(x(i * step)) + 0.5, top, top + 4);
+        for (double i = 0; i * step <= seconds_ && i < mostTimes; ++i) {
             double const at = std::round(x(i * step)) + 0.5;
             ticks.vertical(at, top, top + 8);
             double line = top + 23;
@@ -244,7 +293,7 @@ private:
     void legend(double& at, double top, const char* styleClass, const char* text) {
         svg_.rectangle(at, top, 11, 11, styleClass);
         svg_.text(at + 17, top + 10, text, "");
-        at += 17 + 7.2 * static_cast<double>(std::string_view(text).size()) + 16;
+        at += 17 + 6.2 * static_cast<double>(std::string_view(text).size()) + 20;
     }
 
     AudioFile const& file_;

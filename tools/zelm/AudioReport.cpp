@@ -23,7 +23,8 @@ std::string decibelText(double magnitude) {
     if (std::isinf(value))
         return "-inf";
     char text[32];
-    std::snprintf(text, sizeof text, "%.2f", value == 0 ? 0.0 : value);
+    double const rounded = std::round(value * 100) / 100;
+    std::snprintf(text, sizeof text, "%.2f", rounded == 0 ? 0.0 : rounded);
     return text;
 }
 
@@ -81,6 +82,9 @@ std::string factsOf(AudioTrack const& track) {
     std::string text = track.coding;
     if (!track.wrapping.empty())
         text += ", " + track.wrapping + (track.wrapping == "AES3 element" ? "" : " wrapped");
+    if (track.live != 0 && track.live < track.format.channels)
+        text += ", " + std::to_string(track.live) + " of " + countText(track.format.channels, "channel") +
+                " in use";
     for (auto const& label : track.sound.labels)
         if (label.kind != "channel")
             text += ", " + (label.name.empty() ? label.symbol : label.name) +
@@ -160,6 +164,7 @@ Json trackJson(AudioTrack const& track) {
               {"sample_bytes", track.format.sampleBytes},
               {"sampling_rate", track.format.samplingRate},
               {"samples", orNull(track.length())},
+              {"live_channels", track.live != 0 ? Json(track.live) : Json(nullptr)},
               {"groups", Json::array()},
               {"channels", Json::array()},
               {"disagreements", track.odd}};
@@ -198,9 +203,10 @@ void printAudioText(AudioFile const& file) {
     for (auto const& track : file.tracks)
         channels += track.format.channels;
     std::cout << printable(file.file) << ": " << kindText(file) << ", "
-              << (file.tracks.empty()
-                      ? std::string("no sound")
-                      : countText(file.tracks.size(), "track") + ", " + countText(channels, "channel"))
+              << (file.tracks.empty() ? std::string("no sound")
+                                      : countText(file.tracks.size(), "track") + ", " +
+                                            (channels != 0 ? countText(channels, "channel")
+                                                           : std::string("no samples that can be read")))
               << "\n";
     Table table({{"Track"},
                  {"Channel", Align::Right},

@@ -1,5 +1,6 @@
 /// `zelm audio` of Wave and AVI files.
 #include "AudioInfo.h"
+#include "AviNames.h"
 #include "Interruption.h"
 #include "Progress.h"
 
@@ -160,6 +161,11 @@ void compareStream(Essence::AVI::Reader::Stream const& stream, AudioTrack& track
     track.instants = bytes / align;
 }
 
+/// "pictures, MJPG".
+std::string streamText(Essence::AVI::StreamHeader const& header) {
+    return (header.isVideo() ? "pictures, " : header.isSound() ? "sound, " : "data, ") + codeText(header);
+}
+
 } // namespace
 
 void readWaveAudio(AudioFile& file, AudioOptions const& options) {
@@ -205,13 +211,15 @@ void readAviAudio(AudioFile& file, AudioOptions const& options) {
         track.name = "a" + std::to_string(file.tracks.size());
         track.id = static_cast<std::uint32_t>(i);
         track.format = formatOf(stream.header);
-        track.coding = track.format.channels != 0 ? "PCM"
-                       : stream.header.sound      ? "format " + std::to_string(stream.header.sound->tag)
-                                                  : "unknown";
+        track.coding = track.format.channels != 0 ? "PCM" : codeText(stream.header);
         compareStream(stream, track);
         if (options.levels && track.format.channels != 0)
             measure(*reader.open(i), track, options, progress);
     }
+    if (file.tracks.empty() && file.notes.empty())
+        for (std::size_t i = 0; i < reader.streams().size(); ++i)
+            file.notes.push_back("stream " + std::to_string(i) + ": " +
+                                 streamText(reader.streams()[i].header));
     for (auto const& fault : reader.faults())
         file.faults.push_back({fault.message, fault.offset});
 }

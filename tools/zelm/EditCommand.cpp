@@ -1,6 +1,7 @@
 /// `zelm edit FILE`: changes properties of the header metadata, in place or into a new file.
 #include "EditReport.h"
 #include "Faults.h"
+#include "ForceOption.h"
 #include "Input.h"
 #include "MetadataEditor.h"
 #include "Progress.h"
@@ -62,7 +63,7 @@ public:
         auto* const output = parser.add_option("-o,--output", output_, "Write a new file")
                                  ->type_name("FILE")
                                  ->excludes(inPlace);
-        parser.add_flag("--replace", replace_, "With -o: a file of that name may be replaced")->needs(output);
+        declareForce(parser, force_, "With -o: replace a file that is there", output);
         parser.add_flag("--dry-run", dryRun_,
                         "Show what would be changed and written; so does a call without --in-place and -o");
         parser.add_flag("--no-history", noHistory_,
@@ -150,9 +151,10 @@ private:
     }
 
     MXFIO::UpdateReport writeNewFile(MXFIO::Updater& updater) const {
+        requireFree(output_, force_);
         std::optional<Progress> progress;
         MXFIO::NewFileOptions options;
-        if (replace_)
+        if (force_)
             options.existing = MXFIO::NewFileOptions::Existing::Replace;
         options.progress = [&](std::uint64_t done, std::uint64_t total) {
             if (!progress)
@@ -165,7 +167,7 @@ private:
 
     std::string file_, output_;
     std::vector<std::string> sets_, unsets_, frameworks_;
-    bool inPlace_ = false, replace_ = false, dryRun_ = false, noHistory_ = false, listPaths_ = false;
+    bool inPlace_ = false, force_ = false, dryRun_ = false, noHistory_ = false, listPaths_ = false;
     UndoOptions undo_;
     ReportOptions report_;
 };

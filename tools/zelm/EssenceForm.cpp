@@ -1,8 +1,8 @@
 #include "EssenceForm.h"
 
+#include "PacketUnits.h"
 #include "WaveForm.h"
 
-#include <MXF/Zelm/Essence/AES3/S302M/PacketCutter.h>
 #include <MXF/Zelm/Essence/CodedSound/FrameHeader.h>
 #include <MXF/Zelm/Metadata/Structural/CDCIEssenceDescriptor.h>
 #include <MXF/Zelm/Metadata/Structural/DescriptorKeys.h>
@@ -17,7 +17,6 @@ namespace Zelm {
 
 using namespace MXF::Zelm;
 using namespace MXF::Zelm::KLV::Literals;
-using Essence::AES3::S302M::Header;
 using GenericContainer::ElementKey;
 using Shape = EssenceForm::Shape;
 namespace Structural = Metadata::Structural;
@@ -308,25 +307,24 @@ EssenceForm soundForm(MXFIO::EssenceTrack const* track, ElementKey element) {
     return form;
 }
 
-/// SMPTE 302M in the elements of private stream 1, where other sounds may be as well, which have a label: the
-/// first packet tells.
+/// SMPTE 302M in the elements of private stream 1, in PES packets or without them (SMPTE 381M). Other sounds,
+/// which have a label, may be there as well: the first packet tells.
 std::optional<Essence::Wave::WaveFormat> packetsIn(MXFIO::EssenceTrack const& track,
                                                    DataIO::Chain const& data) {
-    constexpr unsigned char privateStream1 = 0x3D;
+    constexpr unsigned char elementaryStream = 0x04, inPES = 0x07, privateStream1 = 0x3D;
     auto const* const label = track.descriptor != nullptr ? track.descriptor->essenceContainer() : nullptr;
-    std::string const first = firstBytes(data);
-    auto const* const bytes = reinterpret_cast<const unsigned char*>(first.data());
-    bool const isPrivate = label != nullptr && isMappingLabel(label->key()) && label->key()[13] == 0x04 &&
+    bool const isPrivate = label != nullptr && isMappingLabel(label->key()) &&
+                           (label->key()[13] == elementaryStream || label->key()[13] == inPES) &&
                            label->key()[14] == privateStream1;
-    if (!isPrivate || compressionOf(track.descriptor) != nullptr || first.size() < Header::size() ||
-        Essence::AES3::S302M::PacketCutter::sizeOf(bytes) == 0)
+    bool const isOther = compressionOf(track.descriptor) != nullptr;
+    auto const header = isPrivate && !isOther ? firstPacketHeader(data) : std::nullopt;
+    if (!header)
         return std::nullopt;
-    Header const header(bytes);
     Essence::Wave::WaveFormat format;
-    format.channels = header.numberOfChannels();
+    format.channels = header->numberOfChannels();
     format.samplingRate = 48000;
-    format.sampleBytes = header.bitsPerSample() == 16 ? 2 : 3;
-    format.validBits = header.bitsPerSample();
+    format.sampleBytes = header->bitsPerSample() == 16 ? 2 : 3;
+    format.validBits = header->bitsPerSample();
     return format;
 }
 
@@ -356,7 +354,7 @@ char kindOf(MXFIO::EssenceTrack const* track, ElementKey element) {
 EssenceForm essenceForm(MXFIO::EssenceTrack const* track, ElementKey element, DataIO::Chain const& data) {
     EssenceForm form;
     if (auto const samples = track != nullptr ? packetsIn(*track, data) : std::nullopt)
-        return {Shape::Stream, "302m", *samples};
+        return {Shape::Stream, beginsWithPES(data) ? "pes" : "302m", *samples};
     form.suffix = suffixFor(track, element, data);
     if (form.suffix == "wav")
         return soundForm(track, element);

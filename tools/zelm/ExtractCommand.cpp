@@ -1,5 +1,6 @@
 /// `zelm extract FILE -o FOLDER`: the essence of every track in a file of its own.
 #include "ExtractReport.h"
+#include "ForceOption.h"
 #include "Interruption.h"
 #include "SoundConversions.h"
 #include "StandardStreams.h"
@@ -54,7 +55,7 @@ public:
         auto* const md5 = parser.add_flag("--md5", md5_, "Print the MD5 of each file as md5sum does");
         parser.add_flag("--list,--dry-run", list_, "Show what would be written, and write nothing")
             ->excludes(md5);
-        parser.add_flag("--force", force_, "Replace files that are there");
+        declareForce(parser, force_, "Replace files that are there");
         options_.declare(parser);
         parser.footer(footer);
     }

@@ -4,6 +4,7 @@
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>
 #include <MXF/Zelm/Metadata/Structural/GenericPackage.h>
+#include <MXF/Zelm/Metadata/Structural/Properties.h>
 #include <MXF/Zelm/Metadata/Structural/Sequence.h>
 #include <MXF/Zelm/Metadata/Structural/StructuralComponent.h>
 #include <MXF/Zelm/Metadata/Structural/Track.h>
@@ -77,14 +78,17 @@ private:
         } else if (events != nullptr) {
             place.editRate = rational(events->eventEditRate());
         }
-        for (auto const* const component : sequence.structuralComponents()) {
+        // Fillers, in which nothing is said, have no class of their own.
+        for (auto const* const component :
+             sequence.referencedSets(Structural::Properties::structuralComponents.label)) {
             if (auto const* const segment = dynamic_cast<Structural::DMSegment const*>(component)) {
                 if (events != nullptr)
                     place.position = position(segment->eventStartPosition());
                 takeSegment(*segment, place);
             }
             if (events == nullptr)
-                advance(place.position, known(component->duration()));
+                advance(place.position,
+                        known(component->value<Types::Length>(Structural::Properties::duration.label)));
         }
     }
 

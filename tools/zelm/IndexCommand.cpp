@@ -1,5 +1,6 @@
 /// `zelm index FILE`: the index tables of a file, and where edit units lie.
 #include "IndexPlot.h"
+#include "ForceOption.h"
 #include "IndexReport.h"
 #include "MetadataChoice.h"
 #include "UnitRange.h"
@@ -58,7 +59,7 @@ public:
         declareWhichTables(parser);
         auto* const plot = parser.add_option("--plot", plot_, "Draw the bytes of the edit units, as SVG");
         plot->type_name("OUT.svg")->excludes(at)->excludes(list)->excludes(csv);
-        parser.add_flag("--force", force_, "Replace OUT.svg if it is there")->needs(plot);
+        declareForce(parser, force_, "Replace OUT.svg if it is there", plot);
         options_.declare(parser);
         plot->excludes("--json");
         csv->excludes("--json")->excludes(at);

@@ -128,6 +128,17 @@ bool isEssence(TrackInfo const& track) {
     return track.kind == "picture" || track.kind == "sound" || track.kind == "data";
 }
 
+/// Most pictures that are stored behind the last one shown because it needs them.
+constexpr std::uint64_t mostBehind = 16;
+
+/// Whether a descriptor may have that duration. Of a part that was cut out, what stands before the zero point
+/// and behind the end for the sake of others may count or not.
+bool fits(std::int64_t duration, TrackInfo const& track) {
+    auto const more = static_cast<std::uint64_t>(duration) - static_cast<std::uint64_t>(*track.duration);
+    auto const origin = track.origin.value_or(0);
+    return more == 0 || (origin > 0 && more <= static_cast<std::uint64_t>(origin) + mostBehind);
+}
+
 /// A track of the file package and its descriptor both tell how long the essence is.
 void compareDurations(PackageInfo const& package, FileInfo& info) {
     if (!package.descriptor || package.kind != "file")
@@ -137,7 +148,7 @@ void compareDurations(PackageInfo const& package, FileInfo& info) {
             continue;
         auto const compare = [&](DescriptorInfo const& descriptor) {
             if (descriptor.duration && descriptor.sampleRate == track.editRate &&
-                descriptor.duration != track.duration &&
+                !fits(*descriptor.duration, track) &&
                 (!descriptor.linkedTrack || descriptor.linkedTrack == track.id))
                 info.odd.push_back("The " + track.kind + " track of the file package lasts " +
                                    std::to_string(*track.duration) + " edit units, its descriptor says " +

@@ -1,5 +1,6 @@
 #include "Playlist.h"
 
+#include "Filler.h"
 #include "TimeText.h"
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>
@@ -17,7 +18,6 @@
 namespace Zelm {
 
 using namespace MXF::Zelm;
-using namespace KLV::Literals;
 using Exceptions::InvalidValue;
 using Metadata::MetadataSet;
 using Metadata::PartitionMetadata;
@@ -25,8 +25,6 @@ namespace Structural = Metadata::Structural;
 namespace Properties = Metadata::Structural::Properties;
 
 namespace {
-
-constexpr KLV::Key fillerKey = "060E2B34.02530101.0D010101.01010900"_key;
 
 /// Bytes 8 to 10 of the labels of stream IDs: of essence, of generic streams, of documents of timed text.
 constexpr unsigned char streamIDs[] = {0x01, 0x03, 0x04};
@@ -68,6 +66,16 @@ std::string kindOf(Structural::Track const& track) {
                                               : "data";
 }
 
+Seconds longestOf(std::vector<Structural::TimelineTrack*> const& tracks) {
+    Seconds longest = {0, 1};
+    for (auto const* const track : tracks)
+        if (auto const length = Structural::durationOf(*track); length >= 0)
+            if (auto const end = Utils::framesToSeconds(length.value(), editRateOf(*track));
+                end.toDouble() > longest.toDouble())
+                longest = end;
+    return longest;
+}
+
 Structural::GenericPackage* packageOf(PartitionMetadata const& metadata, Types::UMID32 const& uid) {
     for (auto* const set : metadata.packages())
         if (auto* const package = dynamic_cast<Structural::GenericPackage*>(set);
@@ -105,7 +113,8 @@ void Playlist::requireTracks(Tracks const& present, Tracks const& more, PlayedFi
 
 MovedStreams Playlist::append(PlayedFile const& file) {
     auto const present = essenceTracksOf(*material_);
-    auto const more = essenceTracksOf(*onlyMaterial(*file.metadata, file.input->name));
+    auto const& material = *onlyMaterial(*file.metadata, file.input->name);
+    auto const more = essenceTracksOf(material);
     requireTracks(present, more, file);
     renamed_.clear();
     copied_.clear();
@@ -114,6 +123,15 @@ MovedStreams Playlist::append(PlayedFile const& file) {
     for (auto* const package : copied_)
         moveStreams(*package, moved);
     alignTracks(present);
+    PlayedTime const time{longestOf(present), longestOf(more)};
+    TrackIDs played;
+    for (std::size_t i = 0; i < present.size(); ++i)
+        if (more[i]->trackID() != nullptr && present[i]->trackID() != nullptr)
+            played[more[i]->trackID()->value()] = present[i]->trackID()->value();
+    for (auto* const track : material.tracks())
+        if (isDescriptive(*track))
+            moveStreams(describe(*track, file, time, played), moved);
+    addSchemes(*file.metadata);
     for (std::size_t i = 0; i < present.size(); ++i)
         playBehind(*present[i], *more[i], file);
     for (auto* const track : material_->tracks())
@@ -185,22 +203,40 @@ void Playlist::moveStreams(MetadataSet& set, MovedStreams& moved) {
 
 /// Tracks that end before the longest play nothing until then.
 void Playlist::alignTracks(Tracks const& tracks) {
-    Seconds longest = {0, 1};
-    for (auto const* const track : tracks)
-        if (auto const length = Structural::durationOf(*track); length >= 0)
-            if (auto const end = Utils::framesToSeconds(length.value(), editRateOf(*track));
-                end.toDouble() > longest.toDouble())
-                longest = end;
+    auto const longest = longestOf(tracks);
     for (auto* const track : tracks) {
         auto const length = Structural::durationOf(*track);
         auto const missing = Utils::secondsToFrames(longest, editRateOf(*track)) - length.value();
         if (length < 0 || missing <= 0 || track->sequence() == nullptr)
             continue;
-        auto& filler = metadata_.createMetadataSet(fillerKey);
-        filler.value(Properties::dataDefinition.label, *Structural::dataDefinitionOf(*track));
-        filler.value(Properties::duration.label, Types::Length(missing));
-        track->sequence()->addReference(Properties::structuralComponents.label, filler);
+        track->sequence()->addReference(
+            Properties::structuralComponents.label,
+            createFiller(metadata_, *Structural::dataDefinitionOf(*track), missing));
     }
+}
+
+/// What the Preface says of the schemes of both files.
+void Playlist::addSchemes(PartitionMetadata const& from) {
+    auto& preface = Structural::findPreface(metadata_);
+    auto const* const more = Structural::findPreface(from).dmSchemes();
+    auto const holds = [](Types::Batch const* schemes, Types::UniversalLabel const& scheme) {
+        for (std::size_t i = 0; schemes != nullptr && i < schemes->count(); ++i)
+            if (schemes->at<Types::UniversalLabel>(i) == scheme)
+                return true;
+        return false;
+    };
+    for (std::size_t i = 0; more != nullptr && i < more->count(); ++i)
+        if (auto const& scheme = more->at<Types::UniversalLabel>(i); !holds(preface.dmSchemes(), scheme))
+            preface.addDMScheme(scheme);
+}
+
+Metadata::MetadataSet& Playlist::describe(Structural::Track const& track, PlayedFile const& file,
+                                          PlayedTime const& time, TrackIDs const& played) {
+    auto* const copy =
+        dynamic_cast<Structural::Track*>(Metadata::copyWithReferenced(track, *file.metadata, metadata_));
+    if (copy == nullptr)
+        throw Exceptions::InvalidStructure("a descriptive track cannot be copied");
+    return describePlayed(metadata_, *material_, *copy, time, played);
 }
 
 void Playlist::playBehind(Structural::TimelineTrack& track, Structural::TimelineTrack const& more,

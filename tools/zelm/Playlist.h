@@ -3,6 +3,7 @@
 
 #include "ContainerCopy.h"
 #include "GangedPackages.h"
+#include "PlayedDescriptions.h"
 
 #include <map>
 
@@ -26,7 +27,8 @@ public:
 
     /// Lets the material package play, behind all that it plays, what that of the file does. The source
     /// packages of the file are copied with what they refer to, and get other UMIDs and stream IDs where
-    /// theirs are taken. Returns the generic streams that they refer to. Throws Exceptions::InvalidValue,
+    /// theirs are taken; so are the descriptive tracks of its material package, for the time in which it is
+    /// played. Returns the generic streams that they refer to. Throws Exceptions::InvalidValue,
     /// saying which track differs in what, when the tracks do not go on with each other.
     MovedStreams append(PlayedFile const& file);
 
@@ -46,6 +48,9 @@ private:
                       SourcePackage& package);
     void moveStreams(MetadataSet& set, MovedStreams& moved);
     void alignTracks(Tracks const& tracks);
+    void addSchemes(MXF::Zelm::Metadata::PartitionMetadata const& from);
+    MetadataSet& describe(MXF::Zelm::Metadata::Structural::Track const& track, PlayedFile const& file,
+                          PlayedTime const& time, TrackIDs const& played);
     void playBehind(MXF::Zelm::Metadata::Structural::TimelineTrack& track,
                     MXF::Zelm::Metadata::Structural::TimelineTrack const& more, PlayedFile const& file);
 

@@ -27,6 +27,46 @@ Utils::TimeCode startOf(Structural::GenericPackage const& package) {
     }
 }
 
+/// Whether a track plays that of a package, and nothing else.
+bool plays(Structural::TimelineTrack const& track, Types::UMID32 const& package, std::uint32_t trackID) {
+    auto const clips = clipsOf(track);
+    return !clips.empty() && std::all_of(clips.begin(), clips.end(), [&](auto const* clip) {
+        return clip->sourcePackageID() != nullptr && *clip->sourcePackageID() == package &&
+               clip->sourceTrackID() != nullptr && *clip->sourceTrackID() == trackID;
+    });
+}
+
+void changeRate(Structural::TimelineTrack& track, RemadePackages::Rate const& rate) {
+    auto const old = editRateOf(track);
+    auto const clips = clipsOf(track);
+    for (auto* const clip : clips) {
+        if (clip->startPosition() != nullptr)
+            clip->startPosition(Types::Position(inRate(clip->startPosition()->value(), old, rate)));
+        if (auto const length = lengthOf(*clip); length >= 0 && clips.size() > 1)
+            setLength(*clip, inRate(length, old, rate));
+    }
+    if (track.origin() != nullptr)
+        track.origin(Types::Position(inRate(track.origin()->value(), old, rate)));
+    track.editRate(Types::Rational(rate));
+    track.sequence()->duration(Types::Length(-1));
+    setLength(track, -1);
+}
+
+/// A material track does not count in finer units than what it plays has.
+void coarsenMaterial(Structural::SourcePackage const& package, std::uint32_t trackID,
+                     RemadePackages::Rate const& old, RemadePackages::Rate const& rate) {
+    auto const* const metadata = dynamic_cast<Metadata::PartitionMetadata const*>(package.owner());
+    if (metadata == nullptr || package.packageUID() == nullptr || rate.toDouble() >= old.toDouble())
+        return;
+    for (auto* const set : metadata->packages())
+        if (auto const* const material = dynamic_cast<Structural::MaterialPackage*>(set))
+            for (auto* const each : material->tracks())
+                if (auto* const track = dynamic_cast<Structural::TimelineTrack*>(each);
+                    track != nullptr && track->sequence() != nullptr && editRateOf(*track) == old &&
+                    plays(*track, *package.packageUID(), trackID))
+                    changeRate(*track, rate);
+}
+
 } // namespace
 
 RemadePackages::RemadePackages(ContainerCopy& copy, Rate const& rate, UnitRange const& units)
@@ -116,6 +156,7 @@ void describeRemade(Structural::SourcePackage& package, std::uint32_t trackID,
     if (track->origin() != nullptr && old.isKnown())
         track->origin(Types::Position(inRate(track->origin()->value(), old, rate)));
     setLength(*track, -1);
+    coarsenMaterial(package, trackID, old, rate);
     if (descriptor != nullptr) {
         descriptor->sampleRate(Types::Rational(rate));
         descriptor->containerDuration(Types::Length(-1));

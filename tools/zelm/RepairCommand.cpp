@@ -1,5 +1,6 @@
 /// `zelm repair FILE`: makes a file whole that was cut off, in place or as a new one, or tells what is wrong.
 #include "Faults.h"
+#include "ForceOption.h"
 #include "Input.h"
 #include "Json.h"
 #include "Progress.h"
@@ -68,7 +69,7 @@ public:
                 ->type_name("FILE")
                 ->excludes(check)
                 ->excludes(inPlace);
-        parser.add_flag("--replace", replace_, "With -o: a file of that name may be replaced")->needs(output);
+        declareForce(parser, force_, "With -o: replace a file that is there", output);
         undo_.declare(parser);
         report_.declare(parser);
         parser.footer(footer);
@@ -103,13 +104,18 @@ private:
         if (!repairer.isSound() && inPlace_)
             done = repairer.writeInPlace();
         else if (!repairer.isSound() && !output_.empty())
-            done = repairer.writeToFile(std::string_view(output_),
-                                        {replace_ ? MXFIO::NewFileOptions::Existing::Replace
-                                                  : MXFIO::NewFileOptions::Existing::Refuse,
-                                         0, false, steps.step("writing " + output_)});
+            done = writeNewFile(repairer, steps);
         steps.end();
         report_.json ? printJson(repairer, done) : printText(repairer, done);
         return check_ && !repairer.isSound() ? FoundSomething : Done;
+    }
+
+    MXFIO::RepairReport writeNewFile(MXFIO::Repairer& repairer, Steps& steps) const {
+        requireFree(output_, force_);
+        auto const existing =
+            force_ ? MXFIO::NewFileOptions::Existing::Replace : MXFIO::NewFileOptions::Existing::Refuse;
+        return repairer.writeToFile(std::string_view(output_),
+                                    {existing, 0, false, steps.step("writing " + output_)});
     }
 
     void printText(MXFIO::Repairer const& repairer, std::optional<MXFIO::RepairReport> const& done) const {
@@ -174,7 +180,7 @@ private:
     }
 
     std::string file_, output_;
-    bool check_ = false, inPlace_ = false, replace_ = false;
+    bool check_ = false, inPlace_ = false, force_ = false;
     UndoOptions undo_;
     ReportOptions report_;
 };

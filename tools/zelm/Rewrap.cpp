@@ -7,6 +7,7 @@
 #include "Likeness.h"
 #include "MetadataChoice.h"
 #include "PatternLabel.h"
+#include "PlayedAsOne.h"
 #include "SourceLayout.h"
 #include "TrackChoice.h"
 
@@ -90,9 +91,10 @@ void Rewrap::open(std::vector<std::string> const& files) {
                            .indexSID = container.indexSID,
                            .package = packageFor(*metadata_, container)});
     isOther_ = inputs_.size() > 1;
-    if (isOther_ && !options_.isPlaylist)
+    isOneBehindAnother_ = isOther_ && !options_.isPlaylist;
+    if (isOneBehindAnother_)
         requireOneAfterAnother(*metadata_, files.front());
-    for (std::size_t i = 1; i < inputs_.size() && !options_.isPlaylist; ++i)
+    for (std::size_t i = 1; i < inputs_.size() && isOneBehindAnother_; ++i)
         openFollowing(i, MXFIO::essenceContainers(sources_[i]));
 }
 
@@ -195,8 +197,17 @@ void Rewrap::choosePackages() {
         takeStreamIDs();
     if (isGanged && splitPackages(*metadata_, copies_, streams_))
         isOther_ = true;
-    if (isSingle && !playsPlaylist(*metadata_) && mergePackages(*metadata_, copies_))
+    if (isSingle && playsPlaylist(*metadata_))
+        joinPackages();
+    else if (isSingle && mergePackages(*metadata_, copies_))
         isOther_ = true;
+}
+
+void Rewrap::joinPackages() {
+    if (options_.range)
+        throw InvalidValue("--range: not while packages that are played one after another become one");
+    playAsOne(*metadata_, copies_, input().name);
+    isOther_ = isOneBehindAnother_ = true;
 }
 
 void Rewrap::makeSources() {
@@ -216,7 +227,7 @@ void Rewrap::makeSources() {
         openSource(*metadata_, copy, options);
     if (shown_)
         cutPackages(*metadata_, copies_, *shown_);
-    if (inputs_.size() > 1 && !options_.isPlaylist)
+    if (isOneBehindAnother_)
         forgetLengths(*metadata_, copies_);
 }
 

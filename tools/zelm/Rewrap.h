@@ -84,6 +84,7 @@ private:
     PatternRow const* wantedPattern() const;
     void chooseLayout();
     void choosePackages();
+    void joinPackages();
     void makeSources();
     void renamePackages();
     void setPattern();
@@ -101,8 +102,9 @@ private:
     StreamIDs streams_;
     std::vector<MovedStreams> movedStreams_; // of the inputs behind the first
     MXF::Zelm::MXFIO::CreatorSettings settings_;
-    std::optional<TimeSpan> shown_; // on the material packages, when a range is wanted
-    bool isOther_ = false;          // the packages hold other essence than before
+    std::optional<TimeSpan> shown_;   // on the material packages, when a range is wanted
+    bool isOther_ = false;            // the packages hold other essence than before
+    bool isOneBehindAnother_ = false; // essence goes on with that of another package or file
     std::vector<RewrappedContainer> report_;
     std::vector<std::string> unused_;
 };

@@ -1,5 +1,6 @@
 /// `zelm rewrap IN -o OUT` and `zelm join A B… -o OUT`: the essence of files in another file, unchanged.
 #include "Faults.h"
+#include "ForceOption.h"
 #include "Json.h"
 #include "NewMxfFile.h"
 #include "Rewrap.h"
@@ -59,7 +60,7 @@ protected:
         auto* const fresh = parser.add_flag("--new-uids", newUIDs_, "Give packages new UMIDs in any case");
         parser.add_flag("--keep-uids", keepUIDs_, "Keep them, though the packages hold other essence")
             ->excludes(fresh);
-        parser.add_flag("--force", file_.force, "Replace a file that is there");
+        declareForce(parser, file_.force, "Replace a file that is there");
         parser.add_flag("--sync", file_.sync, syncHelp);
         parser.add_flag("--discard", file_.discard, "An interruption leaves no file");
         report_.declare(parser);
@@ -117,6 +118,10 @@ private:
         }
     }
 
+    bool isTriedAgain(Exceptions::BaseException const& fault) const {
+        return options_.trustsSizes && dynamic_cast<MXFIO::PassThroughSource::Irregular const*>(&fault);
+    }
+
     ExitStatus writeFile(std::vector<std::string> const& inputs) {
         Rewrap rewrap(inputs, loadDictionary(report_.dictionaries), options_);
         file_.total = rewrap.inputBytes();
@@ -125,9 +130,9 @@ private:
         try {
             file.write(*creator);
             file.complete();
-        } catch (Exceptions::BaseException const&) {
+        } catch (Exceptions::BaseException const& fault) {
             file.abandon();
-            if (!file.partName().empty())
+            if (!file.partName().empty() && !isTriedAgain(fault))
                 reportFault(file.partName(), "is not whole");
             throw;
         }
@@ -252,10 +257,9 @@ private:
         "players pass over them (Origin). Packages that hold less than before get new UMIDs.\n"
         "--pattern op1b gives each track a file package of its own; op1a puts the tracks of packages that "
         "play at\n"
-        "once into one. A range where packages play one after another cuts each of them; its edit units "
-        "count "
-        "from\n"
-        "the start of what is played.\n"
+        "once into one, and so packages that play whole, one after another. A range where packages play one "
+        "after\n"
+        "another cuts each of them; its edit units count from the start of what is played.\n"
         "\nExamples:\n"
         "  zelm rewrap clip.mxf -o clip-2.mxf --partition-every 10s --index body\n"
         "  zelm rewrap clip.mxf -o part.mxf --range 10:00:00:00-10:00:05:00\n"

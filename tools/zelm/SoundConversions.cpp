@@ -1,5 +1,9 @@
 #include "SoundConversions.h"
 
+#include "CarriedStatus.h"
+#include "PacketUnits.h"
+#include "WaveForm.h"
+
 #include <MXF/Zelm/DataIO/BufferSliceSource.h>
 #include <MXF/Zelm/Essence/AES3/S302M/PacketCutter.h>
 #include <MXF/Zelm/Essence/AES3/S302M/PacketWriter.h>
@@ -80,16 +84,22 @@ private:
 
 /// Bits of the formats of AES3; 0 for samples that it has none for.
 unsigned bitsOf(WaveFormat const& format) {
-    if (format.sampleBytes < 2 || format.sampleBytes > 3)
+    if (format.sampleBytes < 2 || format.validBits > 24)
         return 0;
     return format.sampleBytes == 2 ? 16 : format.validBits <= 20 ? 20 : 24;
+}
+
+/// Samples as they come: those of up to 24 bits may stand in the upper ones of 32.
+PCMFormat storedFormat(WaveFormat const& format) {
+    constexpr unsigned wholeWord = 4;
+    return {format.channels, format.sampleBytes == wholeWord ? 8 * wholeWord : bitsOf(format)};
 }
 
 /// As many channels as SMPTE 302M has room for: an odd one is put beside a silent one.
 unsigned evenChannels(WaveFormat const& format) { return (format.channels + 1u) / 2 * 2; }
 
 ConvertedFile::Source toEvenChannels(ConvertedFile::Source source, WaveFormat const& format) {
-    PCMFormat const from{format.channels, bitsOf(format)}, to{evenChannels(format), bitsOf(format)};
+    PCMFormat const from = storedFormat(format), to{evenChannels(format), bitsOf(format)};
     std::vector<unsigned> channels;
     for (unsigned i = 0; i < to.channels; ++i)
         channels.push_back(i < from.channels ? i : unsigned{Essence::Converters::PCMConverter::silence});
@@ -98,6 +108,13 @@ ConvertedFile::Source toEvenChannels(ConvertedFile::Source source, WaveFormat co
 
 AES3Info infoOf(WaveFormat const& format) {
     return {evenChannels(format), bitsOf(format), {static_cast<int>(format.samplingRate), 1}};
+}
+
+using Statuses = std::vector<Essence::AES3::ChannelStatus>;
+
+/// A block of zeros alone says nothing.
+bool found(Statuses const& statuses, unsigned channel) {
+    return channel < statuses.size() && !(statuses[channel] == Essence::AES3::ChannelStatus());
 }
 
 /// The time of an instant in a transport stream.
@@ -109,14 +126,15 @@ std::uint64_t ticksAt(std::uint64_t instant) {
 /// SMPTE 302M packets in a transport stream, one a picture.
 class TransportFile : public ConvertedFile {
 public:
-    TransportFile(OutputNames names, WaveFormat const& format, EditRate const& rate)
+    TransportFile(OutputNames names, WaveFormat const& format, EditRate const& rate, Statuses const& statuses)
         : ConvertedFile(std::move(names),
                         [&](Source source) { return toEvenChannels(std::move(source), format); }),
           packets_(infoOf(format), rate),
           transport_(file().sink()),
           instantSize_(packets_.packing().pcmSize()) {
         for (unsigned channel = 0; channel < evenChannels(format); ++channel)
-            packets_.channelStatus(channel, packets_.info().channelStatus());
+            packets_.channelStatus(channel, found(statuses, channel) ? statuses[channel]
+                                                                     : packets_.info().channelStatus());
     }
 
 private:
@@ -153,7 +171,8 @@ public:
             unit_.append(data);
     }
     void endUnit() override {
-        PacketCutter packets(std::make_shared<DataIO::BufferSliceSource>(std::exchange(unit_, {})));
+        PacketCutter packets(
+            std::make_shared<DataIO::BufferSliceSource>(packetsOf(std::exchange(unit_, {}))));
         while (auto const packet = packets.next()) {
             transport_.write(packet->bytes.contiguous(), ticksAt(written_));
             written_ += packet->instants;
@@ -223,8 +242,9 @@ class SoundConversion : public TrackConversion {
 public:
     explicit SoundConversion(std::string kind) : kind_(std::move(kind)) {}
 
-    std::string choose(ExtractTrack& track, GenericContainer::Element const&) override {
+    std::string choose(ExtractTrack& track, GenericContainer::Element const& element) override {
         auto& form = track.form;
+        statuses_[track.name] = carriedStatuses(form, element);
         if (track.kind() != 'a')
             return "is no sound, which --as " + kind_ + " takes";
         if (form.isPackets() && kind_ == "302m") {
@@ -260,27 +280,40 @@ public:
 private:
     std::shared_ptr<WaveOutput> makeFile(ExtractTrack const& track, OutputNames const& names) const {
         WaveFormat const& format = track.form.wave;
+        auto statuses = statuses_.at(track.name);
+        if (statuses.empty() && track.track != nullptr)
+            statuses = channelStatuses(*track.track);
         if (kind_ == "pcm")
             return std::make_shared<PcmFile>(names);
         if (kind_ == "302m")
-            return std::make_shared<TransportFile>(names, format, packetRateOf(track));
-        return std::make_shared<ConvertedFile>(
-            names, [&](ConvertedFile::Source source) { return makeWords(std::move(source), format); });
+            return std::make_shared<TransportFile>(names, format, packetRateOf(track), statuses);
+        return std::make_shared<ConvertedFile>(names, [&](ConvertedFile::Source source) {
+            return makeWords(std::move(source), format, statuses);
+        });
     }
 
-    /// With channel status where that can say the rate.
-    static ConvertedFile::Source makeWords(ConvertedFile::Source source, WaveFormat const& format) {
+    /// With the channel status that the file has, else one that is made where it can say the rate.
+    static ConvertedFile::Source makeWords(ConvertedFile::Source source, WaveFormat const& format,
+                                           Statuses const& statuses) {
         constexpr unsigned wordSize = 4;
         AES3Info info = infoOf(format);
         info.channels = format.channels;
         std::optional<Essence::AES3::ChannelStatus> status;
         if (Essence::AES3::ChannelStatus::hasCode(info.samplingRate))
             status = info.channelStatus();
-        return std::make_shared<Essence::Converters::PCMToAES3>(
-            std::move(source), PCMFormat{format.channels, info.bitsPerSample}, wordSize, status);
+        PCMFormat const from = storedFormat(format), to{format.channels, info.bitsPerSample};
+        if (from.sampleSize() != to.sampleSize())
+            source = std::make_shared<Essence::Converters::PCMConverter>(std::move(source), from, to);
+        auto words =
+            std::make_shared<Essence::Converters::PCMToAES3>(std::move(source), to, wordSize, status);
+        for (unsigned channel = 0; channel < format.channels; ++channel)
+            if (found(statuses, channel))
+                words->channelStatus(channel, statuses[channel]);
+        return words;
     }
 
     std::string kind_;
+    std::map<std::string, Statuses> statuses_; ///< in the essence, by track
 };
 
 } // namespace

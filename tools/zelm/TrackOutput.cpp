@@ -1,5 +1,7 @@
 #include "TrackOutput.h"
 
+#include "PacketUnits.h"
+
 #include <MXF/Zelm/DataIO/BufferSliceSource.h>
 #include <MXF/Zelm/Essence/AES3/EightChannelElement.h>
 #include <MXF/Zelm/Essence/AES3/S302M/Source.h>
@@ -210,7 +212,7 @@ public:
     }
     void endUnit() override {
         using Essence::AES3::S302M::Source;
-        Source source(std::make_shared<DataIO::BufferSliceSource>(std::move(packets_)),
+        Source source(std::make_shared<DataIO::BufferSliceSource>(packetsOf(std::move(packets_))),
                       Source::TwentyBits::In24Bits);
         packets_.clear();
         DataIO::Chain samples;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 
 namespace Zelm {
 
@@ -27,6 +28,20 @@ std::string faultOf(EssenceAnalyzer const& analyzer) {
 }
 
 } // namespace
+
+Templates::Rational<int> durationOf(std::uint64_t units, Templates::Rational<int> const& rate) {
+    constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<int>::max());
+    auto const ticks = units * static_cast<std::uint64_t>(rate.denominator);
+    auto const perSecond = static_cast<std::uint64_t>(rate.numerator);
+    auto const common = std::gcd(ticks, perSecond);
+    auto const seconds = ticks / perSecond, rest = ticks % perSecond;
+    auto const scale =
+        ticks / common <= most ? perSecond / common : std::min(perSecond, most / (seconds + 1));
+    if (scale == 0)
+        return {std::numeric_limits<int>::max(), 1};
+    return {static_cast<int>(seconds * scale + (rest * scale + perSecond - 1) / perSecond),
+            static_cast<int>(scale)};
+}
 
 std::uint64_t TrackGroup::end() {
     for (auto const* const tap : taps_)
@@ -52,12 +67,24 @@ bool TrackTap::done() const { return isEnded() || inner_->done(); }
 
 bool TrackTap::nextEditUnit(EditUnit& unit) {
     hasThrown_ = true;
-    bool const isGiven = !isEnded() && inner_->nextEditUnit(unit);
+    bool const isGiven = !isEnded() && give(unit);
     hasThrown_ = false;
     if (isGiven)
         take(unit);
     else
         unit.clear();
+    return isGiven;
+}
+
+/// The first edit unit of what others may end comes alone: it is read before they are.
+bool TrackTap::give(EditUnit& unit) {
+    auto const rate = inner_->editRate();
+    bool const isAlone = isOpen_ && units_ == 0 && !inner_->getDuration().isKnown() && rate.isKnown();
+    if (isAlone)
+        inner_->setDuration({rate.denominator, rate.numerator});
+    bool const isGiven = inner_->nextEditUnit(unit);
+    if (isAlone)
+        inner_->setDuration({});
     return isGiven;
 }
 
@@ -98,11 +125,8 @@ std::optional<std::uint64_t> TrackTap::byteCount() const {
 
 bool TrackTap::finalize() {
     wasCut_ = !inner_->done();
-    auto const rate = inner_->editRate();
-    if (!followers_.empty() && units_ <= static_cast<std::uint64_t>(std::numeric_limits<int>::max()) /
-                                             static_cast<std::uint64_t>(rate.denominator))
-        for (auto const& follower : followers_)
-            follower->setDuration({static_cast<int>(units_) * rate.denominator, rate.numerator});
+    for (auto const& follower : followers_)
+        follower->setDuration(durationOf(units_, inner_->editRate()));
     bool const isWhole = inner_->finalize();
     fault_ = isWhole ? "" : faultOf(*inner_);
     return isWhole;

@@ -33,6 +33,11 @@ struct TapOptions {
     bool asStream = false; ///< hashes are of the bytes in a row, not of edit units
 };
 
+/// How long so many edit units take, in seconds. Exact where 32 bits can tell it, else up: by less than a
+/// sample in the twelve hours beyond which that happens.
+MXF::Zelm::Templates::Rational<int> durationOf(std::uint64_t units,
+                                               MXF::Zelm::Templates::Rational<int> const& rate);
+
 /// All questions go to the analyzer behind it.
 class TrackTap : public MXF::Zelm::GenericContainer::EssenceAnalyzer {
 public:
@@ -53,6 +58,7 @@ public:
 
     /// The essence may go on beyond what the analyzer knows of its length.
     void lengthIsOpen() { isOpen_ = true; }
+    bool isLengthOpen() const { return isOpen_; }
 
     EssenceAnalyzer& analyzer() const { return *inner_; }
     bool innerDone() const { return inner_->done(); }
@@ -112,6 +118,7 @@ public:
 
 private:
     bool isEnded() const;
+    bool give(EditUnit& unit);
     std::uint64_t unitsIn(EditUnit const& unit) const;
     void take(EditUnit const& unit);
 

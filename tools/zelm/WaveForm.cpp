@@ -12,6 +12,7 @@
 namespace Zelm {
 
 using namespace MXF::Zelm;
+using Essence::AES3::ChannelStatus;
 using Essence::Wave::WaveFormat;
 namespace Structural = Metadata::Structural;
 
@@ -131,6 +132,21 @@ bool hasOtherAuxiliaryBits(MXFIO::EssenceTrack const& track) {
     auto const* const aes3 = dynamic_cast<Structural::AES3AudioEssenceDescriptor const*>(track.descriptor);
     auto const mode = aes3 != nullptr ? count(aes3->auxBitsMode()).value_or(0) : 0;
     return mode == coordinationSignal || mode == userDefined;
+}
+
+std::vector<ChannelStatus> channelStatuses(MXFIO::EssenceTrack const& track) {
+    auto const* const aes3 = dynamic_cast<Structural::AES3AudioEssenceDescriptor const*>(track.descriptor);
+    auto const* const data = aes3 != nullptr ? aes3->fixedChannelStatusData() : nullptr;
+    std::vector<ChannelStatus> statuses;
+    if (data == nullptr || data->subType() != Types::Identifiers::UInt8)
+        return statuses;
+    for (std::size_t at = 0; at + ChannelStatus::blockSize <= data->count(); at += ChannelStatus::blockSize) {
+        unsigned char bytes[ChannelStatus::blockSize];
+        for (std::size_t i = 0; i < sizeof bytes; ++i)
+            bytes[i] = data->at<Types::UInt8>(at + i).value();
+        statuses.emplace_back(bytes);
+    }
+    return statuses;
 }
 
 Essence::Wave::BroadcastExtension broadcastExtension(FileInfo const& info,

@@ -3,11 +3,13 @@
 
 #include "FileInfo.h"
 
+#include <MXF/Zelm/Essence/AES3/ChannelStatus.h>
 #include <MXF/Zelm/Essence/Wave/WaveFormat.h>
 #include <MXF/Zelm/MXFIO/EssenceContainer.h>
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace Zelm {
 
@@ -18,6 +20,10 @@ std::optional<MXF::Zelm::Essence::Wave::WaveFormat> waveFormat(MXF::Zelm::MXFIO:
 
 /// True for AES3 sound whose lowest four bits of 24 are no part of the samples.
 bool hasOtherAuxiliaryBits(MXF::Zelm::MXFIO::EssenceTrack const& track);
+
+/// The channel status that the descriptor of an AES3 sound has for its first channels, or for all.
+std::vector<MXF::Zelm::Essence::AES3::ChannelStatus>
+channelStatuses(MXF::Zelm::MXFIO::EssenceTrack const& track);
 
 /// What a broadcast Wave file says of edit unit `position` and what follows. `info` has the packages of the
 /// file.

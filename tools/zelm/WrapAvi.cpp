@@ -2,6 +2,8 @@
 #include "WrapCodedSound.h"
 #include "WrapStreams.h"
 
+#include "AviNames.h"
+
 #include <MXF/Zelm/DataIO/File/FileDataSource.h>
 #include <MXF/Zelm/Essence/AVI/Reader.h>
 
@@ -95,31 +97,6 @@ private:
     /// "clip.avi, stream 1 (PCM)"
     std::string nameOf(std::size_t stream) const {
         return head_.name + ", stream " + std::to_string(stream) + " (" + codeText(headerOf(stream)) + ")";
-    }
-
-    /// The four characters of the coding, those that can be printed; of sound the format's number.
-    static std::string codeText(StreamHeader const& header) {
-        if (header.content() == Content::PCM)
-            return "PCM";
-        if (header.sound)
-            return soundText(header.sound->tag);
-        FourCC const code =
-            header.video && header.video->compression != 0 ? header.video->compression : header.handler;
-        std::string text;
-        for (unsigned shift = 0; shift < 32; shift += 8)
-            if (auto const character = code >> shift & 0xFF; character > ' ' && character < 0x7F)
-                text += static_cast<char>(character);
-        return text.empty() ? "uncompressed" : text;
-    }
-
-    /// By the numbers of Wave files' formats.
-    static std::string soundText(std::uint16_t tag) {
-        static constexpr std::pair<std::uint16_t, const char*> known[] = {
-            {0x50, "MPEG audio"}, {0x55, "MPEG layer III"}, {0xFF, "AAC"}, {0x2000, "AC-3"}};
-        for (auto const& [number, text] : known)
-            if (number == tag)
-                return text;
-        return "sound of format " + std::to_string(tag);
     }
 
     /// Streams are read in turn, each through a source that reads on where it stood.

@@ -1,5 +1,6 @@
 /// `zelm wrap INPUT… -o OUT.mxf`: essence into a new MXF file.
 #include "Faults.h"
+#include "ForceOption.h"
 #include "WrapFiles.h"
 #include "WrapKinds.h"
 #include "WrapPresets.h"
@@ -67,7 +68,7 @@ public:
         parser.add_flag("--md5", options_.md5, "Tell the MD5 of each track's essence");
         parser.add_flag("--verify", options_.verify,
                         "Read the file back by its index and compare each edit unit with what went in");
-        parser.add_flag("--force", force_, "Replace a file that is there");
+        declareForce(parser, force_, "Replace a file that is there");
         parser.add_flag("--sync", sync_, syncHelp);
         parser.add_flag("--discard", discard_,
                         "When interrupted, leave no file; else it is closed with what was written");
@@ -161,6 +162,7 @@ private:
         auto const dictionary = loadDictionary(report_.dictionaries);
         WrapPlan plan(layout, options_, dictionary);
         checkPreset(layout, plan);
+        plan.checkContainers();
         NewFileOptions newFile;
         newFile.force = force_;
         newFile.sync = sync_;

@@ -110,6 +110,8 @@ private:
             OPBuilders::ClipWrapping wrapping;
             wrapping.analyzer = container.tracks.front()->tap;
             wrapping.kagSize = task_.layout.kagSize();
+            if (container.tracks.front()->tap->isLengthOpen())
+                wrapping.configure = [](GenericContainer::ClipWrapper::Wrap& wrap) { wrap.mayEndEarly(); };
             return builder_->addClipWrapped(wrapping, package);
         }
         OPBuilders::FrameWrapping wrapping;
@@ -162,7 +164,8 @@ private:
 /// "0.52 s"
 std::string secondsText(double seconds) {
     char text[32];
-    std::snprintf(text, sizeof text, "%.2f s", seconds);
+    bool const isShort = seconds < 0.01;
+    std::snprintf(text, sizeof text, "%.2f %s", isShort ? seconds * 1000 : seconds, isShort ? "ms" : "s");
     return text;
 }
 

@@ -49,10 +49,6 @@ WrapTrack* leaderOf(std::vector<WrapTrack*> const& item) {
     return sound != item.end() ? *sound : item.front();
 }
 
-Templates::Rational<int> durationOf(WrapTrack const& sound) {
-    return {Templates::safeCast<int>(*sound.samples), static_cast<int>(sound.format.samplingRate)};
-}
-
 bool holds(WrapContainer const& container, WrapTrack const* track) {
     return std::find(container.tracks.begin(), container.tracks.end(), track) != container.tracks.end();
 }
@@ -74,7 +70,8 @@ void follow(WrapContainer const& container, WrapTrack& leader) {
         if (!track->tail || track->tail == leader.tail)
             continue;
         if (isKnown)
-            track->tap->setDuration(durationOf(leader));
+            track->tap->setDuration(
+                durationOf(*leader.samples, {static_cast<int>(leader.format.samplingRate), 1}));
         else
             leader.tap->addFollower(track->tap);
     }
@@ -110,6 +107,8 @@ void endTogether(std::vector<WrapTrack*> const& item, WrapItem const& containers
 }
 
 /// "clip.mxf" and "v1" give "clip_v1.mxf".
+bool isReordered(WrapTrack const* track) { return track->tap->containsTemporalDependencies(); }
+
 std::string nameWithTrack(std::string const& name, std::string const& track) {
     auto const slash = name.find_last_of("/\\");
     auto const dot = name.rfind('.');
@@ -131,15 +130,28 @@ WrapPlan::WrapPlan(Layout const& layout, WrapOptions const& options, SharedDicti
 
 namespace {
 
-/// The streams of a file; a message about them names it.
-std::vector<InputHead> streamsOf(InputKind const& kind, InputHead const& head, TrackMaking& making) {
+/// What readers say of an input names it.
+template <class Read>
+auto named(InputHead const& head, Read read) {
     try {
-        return kind.streams(head, making);
+        return read();
     } catch (Exceptions::SystemError const&) {
         throw;
     } catch (Exceptions::BaseException const& failure) {
         throw CannotWrap(head.name + ": " + failure.message());
     }
+}
+
+/// Nothing that is for sound was asked for.
+void checkNoSound(TrackOptionsOfWrap const& options) {
+    std::pair<bool, const char*> const given[] = {{options.channelMap != nullptr, "--map"},
+                                                  {options.channels.value_or(0) != 0, "--channels"},
+                                                  {options.aes3, "--aes3"}};
+    for (auto const& [isGiven, name] : given)
+        if (isGiven)
+            throw CannotWrap(std::string(name) +
+                             ": no input has samples; tracks of MXF files and packets stay "
+                             "as they are");
 }
 
 } // namespace
@@ -164,8 +176,10 @@ void WrapPlan::checkTracks(TrackMaking const& making, WrapOptions const& options
     if (map && making.channels % map->channelCount() != 0)
         throw CannotWrap("--map names " + std::to_string(map->channelCount()) +
                          " channels, the sounds have " + std::to_string(making.channels));
-    if (map && layout_.isPreset("d10"))
-        throw CannotWrap("the sounds of D-10 have no labels: no --map");
+    if (options.tracks.channels.value_or(0) != 0 && layout_.isPreset("d10"))
+        throw CannotWrap("--preset d10: all sound goes into one track of up to 8 channels: no --channels");
+    if (making.channels == 0)
+        checkNoSound(options.tracks);
 }
 
 /// Inputs with a rate of their own are opened first: the others follow it.
@@ -194,12 +208,12 @@ WrapPlan::Items WrapPlan::openInputs(WrapOptions const& options, SharedDictionar
     making.isAlone = waiting.size() == 1 && std::all_of(opened.begin(), opened.end(),
                                                         [](auto const& tracks) { return tracks.empty(); });
     for (auto const& input : waiting)
-        input.kind.addTracks(input.head, making, input.tracks);
+        named(input.head, [&] { input.kind.addTracks(input.head, making, input.tracks); });
     timecodeRate_ = making.isByFrames ? rate_ : making.rate;
     rate_ = making.rate;
     checkTracks(making, options);
     if (layout_.isPreset("d10"))
-        joinD10Sounds(opened);
+        joinD10Sounds(opened, options.tracks);
     return gather(std::move(opened), options);
 }
 
@@ -210,10 +224,10 @@ void WrapPlan::openInput(InputHead const& head, TrackMaking& making, std::vector
     if (kind.streams != nullptr && depth == deepest)
         throw CannotWrap(head.name + ": holds files within files within files");
     if (kind.streams != nullptr)
-        for (auto const& stream : streamsOf(kind, head, making))
+        for (auto const& stream : named(head, [&] { return kind.streams(head, making); }))
             openInput(stream, making, tracks, waiting, depth + 1);
     else if (kind.hasRate)
-        kind.addTracks(head, making, tracks);
+        named(head, [&] { kind.addTracks(head, making, tracks); });
     else
         waiting.push_back({head, kind, tracks});
 }
@@ -312,6 +326,16 @@ void WrapPlan::arrange(Items const& items, WrapOptions const& options) {
     else
         for (auto const& container : file.items.front())
             files_.push_back({nameWithTrack(options.output, container.tracks.front()->name), {{container}}});
+}
+
+void WrapPlan::checkContainers() const {
+    for (auto const& file : files_)
+        for (auto const& item : file.items)
+            for (auto const& container : item)
+                if (auto const& tracks = container.tracks;
+                    std::count_if(tracks.begin(), tracks.end(), isReordered) > 1)
+                    throw CannotWrap("a container takes one stream with B pictures, others need their own: "
+                                     "--pattern op1b");
 }
 
 std::uint64_t WrapPlan::bytesTaken() const {

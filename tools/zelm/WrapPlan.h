@@ -61,6 +61,9 @@ public:
     /// What a person should know of the inputs; more may come while they are read.
     std::set<std::string>& notes() { return *notes_; }
 
+    /// Throws CannotWrap when the tracks of a container do not go together.
+    void checkContainers() const;
+
     /// Bytes of essence that went by.
     std::uint64_t bytesTaken() const;
 

@@ -107,9 +107,14 @@ constexpr Rule rules[] = {
 /// Pictures in a group of RDD 9.
 constexpr std::size_t longestGroupOfRdd9 = 15;
 
+void addStatuses(D10SoundAnalyzer::Input& input, WrapTrack const& track) {
+    input.channelStatus.insert(input.channelStatus.end(), track.channelStatus.begin(),
+                               track.channelStatus.end());
+}
+
 } // namespace
 
-void joinD10Sounds(std::vector<std::vector<WrapTrack>>& opened) {
+void joinD10Sounds(std::vector<std::vector<WrapTrack>>& opened, TrackOptionsOfWrap const& options) {
     auto const& picture = d10Picture(opened);
     Templates::vector<D10SoundAnalyzer::Input> inputs;
     WrapTrack* first = nullptr;
@@ -118,10 +123,14 @@ void joinD10Sounds(std::vector<std::vector<WrapTrack>>& opened) {
         for (auto& track : tracks) {
             if (!track.tail)
                 continue;
+            first = first != nullptr ? first : &track;
+            if (!inputs.empty() && inputs.back().samples == track.tail) { // further channels of one input
+                addStatuses(inputs.back(), track);
+                continue;
+            }
             track.tail->extent(SilentTail::Extent::Endless);
             inputs.push_back({track.tail, track.format, track.channelStatus});
             channels += track.format.channels;
-            first = first != nullptr ? first : &track;
         }
         tracks.erase(std::remove_if(tracks.begin(), tracks.end(),
                                     [&](auto const& track) { return track.tail && &track != first; }),
@@ -132,8 +141,11 @@ void joinD10Sounds(std::vector<std::vector<WrapTrack>>& opened) {
     if (channels > 8)
         throw CannotWrap("--preset d10: SMPTE 386M asks for up to 8 channels of sound, not " +
                          std::to_string(channels));
-    first->essence = "AES3, " + std::to_string(channels) + " channels, 48000 Hz";
-    first->tap = std::make_shared<TrackTap>(std::make_shared<D10SoundAnalyzer>(inputs, picture.format()));
+    first->essence =
+        "AES3, " + std::to_string(channels) + (channels == 1 ? " channel" : " channels") + ", 48000 Hz";
+    auto const sound = std::make_shared<D10SoundAnalyzer>(inputs, picture.format());
+    sound->channelMap(options.channelMap);
+    first->tap = std::make_shared<TrackTap>(sound);
 }
 
 void checkPreset(Layout const& layout, WrapPlan const& plan) {

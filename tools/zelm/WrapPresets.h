@@ -6,7 +6,7 @@
 namespace Zelm {
 
 /// D-10 has all sounds in one element: makes one track of them. Throws CannotWrap without D-10 pictures.
-void joinD10Sounds(std::vector<std::vector<WrapTrack>>& opened);
+void joinD10Sounds(std::vector<std::vector<WrapTrack>>& opened, TrackOptionsOfWrap const& options);
 
 /// Throws CannotWrap when the preset's document does not allow the tracks.
 void checkPreset(Layout const& layout, WrapPlan const& plan);

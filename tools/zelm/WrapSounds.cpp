@@ -154,6 +154,8 @@ private:
         track.format = sound.format;
         track.channelStatus = options.channelStatus;
         track.samples = sound.count;
+        if (track.samples && head_.isFile()) // a recording that was cut off tells of more than there is
+            track.samples = std::min(*track.samples, head_.fileSize / sound.format.blockAlign());
         if (origin_)
             track.timecode = origin_->startTimecode(making_.rate);
         tracks_.push_back(std::move(track));

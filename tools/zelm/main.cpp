@@ -2,6 +2,7 @@
 /// status.
 #include "Command.h"
 #include "Faults.h"
+#include "HelpFormatter.h"
 
 #include <MXF/Zelm/Platform/Text.h>
 
@@ -80,6 +81,7 @@ void printHelp(CLI::App const& program, std::string const& topic) {
 
 int runProgram(int count, char** arguments) {
     CLI::App program("Reads, checks and shows MXF files (SMPTE 377M).", "zelm");
+    program.formatter(std::make_shared<HelpFormatter>()); // that of the commands too
     program.set_version_flag("--version", "zelm " MXFZELM_VERSION);
     program.require_subcommand(1);
     program.footer(

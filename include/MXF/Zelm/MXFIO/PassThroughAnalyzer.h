@@ -94,8 +94,9 @@ private:
 
 /// One track. Label, keys and descriptor are those of the file, also of essence that nobody knows; where the
 /// wrapping changes, they change with it. The descriptor is copied with what it refers to and with private
-/// properties (`Metadata::copyWithReferenced`). Flags and offsets for the index are those of the file's
-/// index, or of a walk over its pictures when it has none and they can be read.
+/// properties (`Metadata::copyWithReferenced`); its SequenceOffset follows the first edit unit. Flags and
+/// offsets for the index are those of the file's index, or of a walk over its pictures when it has none and
+/// they can be read.
 class MXFZELM_EXPORT PassThroughAnalyzer
     : public GenericContainer::BasicAnalyzer<GenericContainer::EssenceAnalyzer> {
 public:

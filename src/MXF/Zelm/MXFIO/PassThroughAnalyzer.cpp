@@ -2,6 +2,8 @@
 
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/Metadata/SetCopy.h"
+#include "MXF/Zelm/Metadata/Structural/SoundDescriptors.h"
+#include "MXF/Zelm/Utils/SampleCadence.h"
 
 #include <algorithm>
 
@@ -26,6 +28,30 @@ bool canConvert(EssenceTrack const& track) {
     std::uint8_t const type = ElementKey(track.trackNumber).elementType();
     return track.samples.bytes != 0 && track.samples.rate.isKnown() && type >= 1 && type <= 4 &&
            ElementKey(track.trackNumber).itemType() == ElementKey::Sound;
+}
+
+/// Where in a cadence such as 1602, 1601, … edit unit `first` stands.
+std::uint64_t placeInCadence(SampleFormat const& samples, Templates::Rational<int> const& editRate,
+                             std::int64_t first) {
+    try {
+        Utils::SampleCadence const cadence(samples.rate, editRate);
+        return (samples.sequenceOffset + static_cast<std::uint64_t>(first)) % cadence.cycle();
+    } catch (Exceptions::InvalidValue const&) {
+        return samples.sequenceOffset; // at such rates there is none
+    }
+}
+
+/// Sound that begins later than in the file may begin elsewhere in the cadence.
+void describeCadence(FileDescriptor& descriptor, SampleFormat const& samples,
+                     PassThroughReader const& reader) {
+    constexpr std::uint64_t most = std::numeric_limits<std::uint8_t>::max();
+    auto* const wave = dynamic_cast<Metadata::Structural::WAVEAudioEssenceDescriptor*>(&descriptor);
+    std::int64_t const first = reader.options().first;
+    if (wave == nullptr || first <= 0)
+        return;
+    auto const place = placeInCadence(samples, reader.editRate(), first);
+    if (place != samples.sequenceOffset && place <= most)
+        wave->sequenceOffset(Types::UInt8(static_cast<std::uint8_t>(place)));
 }
 
 } // namespace
@@ -142,6 +168,7 @@ FileDescriptor& PassThroughAnalyzer::describe(Metadata::PartitionMetadata& metad
         descriptor->sampleRate(Types::Rational(editRate()));
     descriptor->essenceContainer(universalLabel());
     descriptor->containerDuration(Types::Length(-1));
+    describeCadence(*descriptor, track_->samples, *reader_);
     return *descriptor;
 }
 

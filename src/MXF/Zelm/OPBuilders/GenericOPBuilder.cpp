@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <list>
+#include <utility>
 
 namespace MXF::Zelm::OPBuilders {
 
@@ -24,6 +25,8 @@ struct BuiltPackage {
     bool hasSource = false;
     TimelineTrack* timecode = nullptr;
 };
+
+constexpr unsigned int trackIDStep = 256;
 
 void fail(std::string const& what) { throw Exceptions::InvalidStructure(what); }
 
@@ -73,6 +76,7 @@ struct GenericOPBuilder::State {
 
     BuiltPackage& find(SourcePackage const* package);
     std::uint32_t sid(std::uint32_t wanted);
+    unsigned int trackIDs(std::size_t count);
     void playAllAtOnce();
     void setLengths();
 
@@ -82,6 +86,7 @@ struct GenericOPBuilder::State {
     Templates::vector<MaterialPlan> plans = {};
     Templates::vector<MXFIO::GenericStream> streams = {};
     std::uint32_t nextSID = 1;
+    unsigned int nextTrackID = trackIDStep;
     bool isPrepared = false;
 };
 
@@ -98,6 +103,12 @@ std::uint32_t GenericOPBuilder::State::sid(std::uint32_t wanted) {
     std::uint32_t const given = wanted != 0 ? wanted : nextSID;
     nextSID = std::max(nextSID, given + 1);
     return given;
+}
+
+/// The first ID of so many essence tracks. No two of a file share one: there are readers that tell tracks of
+/// several file packages apart by nothing else.
+unsigned int GenericOPBuilder::State::trackIDs(std::size_t count) {
+    return std::exchange(nextTrackID, nextTrackID + static_cast<unsigned int>(count) * trackIDStep);
 }
 
 void GenericOPBuilder::State::playAllAtOnce() {
@@ -171,6 +182,7 @@ SourcePackage& GenericOPBuilder::addFrameWrapped(FrameWrapping const& wrapping,
     auto& package = addFilePackage(options);
     GenericContainer::Multiplexer::Mux mux(&package, wrapping.label, wrapping.packageRate);
     mux.kagSize(wrapping.kagSize);
+    mux.trackID(state_->trackIDs(wrapping.analyzers.size()));
     for (auto const& analyzer : wrapping.analyzers)
         mux.addAnalyzer(analyzer, false, {0, 1});
     if (wrapping.configure)
@@ -184,6 +196,7 @@ SourcePackage& GenericOPBuilder::addClipWrapped(ClipWrapping const& wrapping,
     auto& package = addFilePackage(options);
     GenericContainer::ClipWrapper::Wrap wrap(&package, wrapping.label, wrapping.analyzer, wrapping.editRate);
     wrap.kagSize(wrapping.kagSize);
+    wrap.trackID(state_->trackIDs(1));
     if (wrapping.configure)
         wrapping.configure(wrap);
     addSource(package, wrap.commit());

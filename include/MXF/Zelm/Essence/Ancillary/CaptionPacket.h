@@ -84,6 +84,14 @@ struct MXFZELM_EXPORT CaptionPacket {
 
     /// Bits of `Fault`.
     unsigned faults = 0;
+
+    static constexpr std::size_t mostData = 31, mostServices = 15;
+
+    /// The user data of a packet with this content, checksum included; `faults` are passed over. The timecode
+    /// is left out when it is undefined, a section of services when there are none. Services are told whole,
+    /// in one packet. Throws Exceptions::InvalidValue for a frame rate that has no code, a timecode of
+    /// another rate, more data or services than a packet holds, and a service that cannot be told.
+    Templates::vector<unsigned char> bytes() const;
 };
 
 /// Reads the user data of a packet. Throws nothing.

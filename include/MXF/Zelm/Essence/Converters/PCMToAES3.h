@@ -20,6 +20,10 @@ public:
     PCMToAES3(Templates::SharedPtr<DataIO::SliceSource> source, PCMFormat const& format,
               unsigned bytesPerSample, std::optional<AES3::ChannelStatus> const& status = std::nullopt);
 
+    /// The status of one channel in what is read from now on; the others keep theirs. Throws
+    /// Exceptions::InvalidValue when there is no such channel.
+    void channelStatus(unsigned channel, AES3::ChannelStatus const& status);
+
 private:
     void convert(const unsigned char* in, std::size_t units, unsigned char* out) override;
 

@@ -6,6 +6,9 @@
 #include "MXF/Zelm/Essence/Wave/WaveFormat.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/BasicAnalyzer.h"
 #include "MXF/Zelm/GenericContainer/Analyzers/D10Format.h"
+#include "MXF/Zelm/Metadata/Structural/ChannelMap.h"
+
+#include <utility>
 
 namespace MXF::Zelm::GenericContainer {
 
@@ -29,6 +32,12 @@ public:
     D10SoundAnalyzer(Templates::vector<Input> const& inputs, D10Format const& format,
                      unsigned declaredChannels = 0);
     ~D10SoundAnalyzer() override;
+
+    /// Has the descriptor label the channels of the inputs (SMPTE 377-4), if it has no labels yet; those that
+    /// are declared beyond them get none.
+    void channelMap(Templates::SharedPtr<Metadata::Structural::ChannelMap const> map) {
+        channelMap_ = std::move(map);
+    }
 
     using BasicAnalyzer::editRate;
 
@@ -57,6 +66,7 @@ private:
     Essence::AES3::EightChannelWriter writer_;
     unsigned declaredChannels_;
     unsigned bits_ = 0;
+    Templates::SharedPtr<Metadata::Structural::ChannelMap const> channelMap_;
 };
 
 } // namespace MXF::Zelm::GenericContainer

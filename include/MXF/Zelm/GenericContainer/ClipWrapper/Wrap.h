@@ -45,6 +45,10 @@ public:
     /// The ID of the track; 256 at first.
     void trackID(unsigned int id);
 
+    /// Others may tell, until the second part is asked for, that the essence ends earlier: the first part,
+    /// which is read before the file is begun, is then one call of the analyzer's `nextEditUnit`.
+    void mayEndEarly();
+
     /// Prepares the analyzer, makes track and descriptor and hands over the source. Once only. Throws
     /// Exceptions::InvalidFormat with "The essence format is invalid", Exceptions::InvalidChange the second
     /// time. The source throws Exceptions::InvalidFormat for edit units of one size that have another.

@@ -88,12 +88,14 @@ public:
     void paddToEditUnit(unsigned int size);
     PaddingKind paddingType() const;
 
+    /// The ID of the first essence track, 256 at first; each further one is 256 above.
+    void trackID(unsigned int first);
+
     /// Whether fill has delta entries of its own in the index, see FrameIndexTableBuilder.
     void indexFillPackets(bool isIndexed);
 
     /// Prepares the analyzers, makes tracks and descriptors and hands over the source of the content
-    /// packages. The first essence track has the ID 256, the next one 512. The multiplexer is spent then:
-    /// every other call throws Exceptions::InvalidChange.
+    /// packages. The multiplexer is spent then: every other call throws Exceptions::InvalidChange.
     ///
     /// Refusals: "The essence format is invalid", "Trying to set two sources with temporal reordoring to the
     /// same generic container. MXF only allows for one source with temporal reordoring.", "Trying to set an

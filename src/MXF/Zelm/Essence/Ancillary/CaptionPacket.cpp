@@ -1,9 +1,13 @@
 #include "MXF/Zelm/Essence/Ancillary/CaptionPacket.h"
 
+#include "MXF/Zelm/Exceptions/Exceptions.h"
 #include "MXF/Zelm/Utils/TimeCodeExtended.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <numeric>
+#include <string>
+#include <utility>
 
 namespace MXF::Zelm::Essence::Ancillary {
 
@@ -14,6 +18,10 @@ using Bytes = std::span<unsigned char const>;
 constexpr unsigned identifier = 0x9669;
 constexpr std::size_t headerSize = 7, footerSize = 3;
 constexpr unsigned char serviceActiveFlag = 0x02;
+constexpr unsigned char timecodeId = 0x71, dataId = 0x72, servicesId = 0x73, footerId = 0x74;
+
+/// Where the packed form of a timecode has the field mark.
+std::size_t fieldMarkByte(unsigned framesPerSecond) { return framesPerSecond % 25 == 0 ? 3 : 1; }
 
 /// By the code in the header; 0 and those behind the last are reserved.
 constexpr Templates::Rational<int> frameRates[] = {
@@ -55,13 +63,13 @@ private:
 
     void parseSection(unsigned char id) {
         switch (id) {
-        case 0x71:
+        case timecodeId:
             return parseTimecode(take(4));
-        case 0x72:
+        case dataId:
             return parseEach(0x1F, 3, &PacketParser::parseData);
-        case 0x73:
+        case servicesId:
             return parseEach(0x0F, 7, &PacketParser::parseService);
-        case 0x74:
+        case footerId:
             return parseFooter(take(footerSize));
         default:
             return passOver(id);
@@ -90,7 +98,7 @@ private:
                                    static_cast<unsigned char>(bytes[1] & 0x7F),
                                    static_cast<unsigned char>(bytes[0] & 0x3F)};
         if (fieldMark)
-            packed[base % 25 == 0 ? 3 : 1] |= 0x80;
+            packed[fieldMarkByte(base)] |= 0x80;
         packet_.timecode = Utils::TimeCodeExtended::fromPacked(packed, base);
     }
 
@@ -128,6 +136,96 @@ private:
     bool hasFooter_ = false;
 };
 
+/// Makes the sections of a packet; the header is completed and the footer added at the end.
+class PacketMaker {
+public:
+    explicit PacketMaker(CaptionPacket const& packet) : packet_(packet), bytes_(headerSize) {}
+
+    Templates::vector<unsigned char> make() {
+        unsigned flags = reservedFlag | dataFlag | (packet_.isCaptionServiceActive ? serviceActiveFlag : 0u);
+        if (packet_.timecode.isDefined()) {
+            flags |= timecodeFlag;
+            addTimecode();
+        }
+        addData();
+        if (!packet_.services.empty()) {
+            flags |= servicesFlag | wholeServicesFlags;
+            addServices();
+        }
+        add({footerId, unsigned{packet_.sequence} >> 8, packet_.sequence, 0});
+        completeHeader(flags);
+        bytes_.back() = static_cast<unsigned char>(0u - std::accumulate(bytes_.begin(), bytes_.end(), 0u));
+        return std::move(bytes_);
+    }
+
+private:
+    static constexpr unsigned timecodeFlag = 0x80, dataFlag = 0x40, servicesFlag = 0x20,
+                              wholeServicesFlags = 0x14, // they begin here and are complete
+        reservedFlag = 0x01;
+
+    static void require(bool isRight, const char* what) {
+        if (!isRight)
+            throw Exceptions::InvalidValue("A caption packet cannot have " + std::string(what));
+    }
+
+    void add(std::initializer_list<unsigned> bytes) {
+        for (unsigned const byte : bytes)
+            bytes_.push_back(static_cast<unsigned char>(byte & 0xFF));
+    }
+
+    void addTimecode() {
+        auto const base = packet_.timecode.base().framesPerSecond();
+        require(packet_.frameRate.isKnown() &&
+                    base == Utils::TimeBase::ofEditRate(packet_.frameRate, false).framesPerSecond(),
+                "a timecode of another frame rate");
+        auto const packed = packet_.timecode.packed();
+        unsigned const dropFrame = (packed[0] & 0x40u) << 1u, mark = packed[fieldMarkByte(base)] & 0x80u;
+        add({timecodeId, 0xC0u | (packed[3] & 0x3Fu), 0x80u | (packed[2] & 0x7Fu), mark | (packed[1] & 0x7Fu),
+             dropFrame | (packed[0] & 0x3Fu)});
+    }
+
+    void addData() {
+        require(packet_.data.size() <= CaptionPacket::mostData, "more than 31 pairs of bytes");
+        add({dataId, 0xE0u | static_cast<unsigned>(packet_.data.size())});
+        for (auto const& data : packet_.data)
+            add({0xF8u | (data.isValid ? 0x04u : 0u) | (data.type & 0x03u), data.bytes[0], data.bytes[1]});
+    }
+
+    void addServices() {
+        require(packet_.services.size() <= CaptionPacket::mostServices, "more than 15 services");
+        add({servicesId, 0xD0u | static_cast<unsigned>(packet_.services.size())});
+        for (auto const& service : packet_.services)
+            addService(service);
+    }
+
+    /// Numbers above 31 have six bits, which bit 6 tells. Services of CEA-608 have none, but a field.
+    void addService(CaptionService const& service) {
+        unsigned const number = service.isDigital ? service.number : 0;
+        require(service.number >= 1 && service.number <= (service.isDigital ? 63u : 2u),
+                "a service of this number");
+        require(service.language.size() == 3, "a language that has not three letters");
+        add({number > 31 ? 0xC0u | number : 0xA0u | number});
+        for (char const letter : service.language)
+            add({static_cast<unsigned char>(letter)});
+        add({service.isDigital ? 0xC0u | number : 0x7Eu | (service.number - 1),
+             (service.isEasyReader ? 0x80u : 0u) | (service.isWide ? 0x40u : 0u) | 0x3Fu, 0xFF});
+    }
+
+    void completeHeader(unsigned flags) {
+        auto const code = std::find(std::begin(frameRates) + 1, std::end(frameRates), packet_.frameRate);
+        require(code != std::end(frameRates), "this frame rate");
+        require(bytes_.size() <= 0xFF, "more than 255 bytes");
+        auto const rate = static_cast<unsigned>(code - std::begin(frameRates));
+        auto const made = std::exchange(bytes_, {});
+        add({identifier >> 8, identifier, static_cast<unsigned>(made.size()), rate << 4u | 0x0Fu, flags,
+             unsigned{packet_.sequence} >> 8, packet_.sequence});
+        bytes_.insert(bytes_.end(), made.begin() + static_cast<std::ptrdiff_t>(headerSize), made.end());
+    }
+
+    CaptionPacket const& packet_;
+    Templates::vector<unsigned char> bytes_;
+};
+
 } // namespace
 
 const char* CaptionPacket::faultText(Fault fault) {
@@ -149,6 +247,8 @@ const char* CaptionPacket::faultText(Fault fault) {
     }
     return "";
 }
+
+Templates::vector<unsigned char> CaptionPacket::bytes() const { return PacketMaker(*this).make(); }
 
 CaptionPacket readCaptionPacket(Bytes userData) {
     CaptionPacket packet;

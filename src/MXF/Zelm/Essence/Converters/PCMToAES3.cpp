@@ -4,6 +4,7 @@
 #include "MXF/Zelm/Essence/Converters/SampleMover.h"
 #include "MXF/Zelm/Exceptions/Exceptions.h"
 
+#include <string>
 #include <utility>
 
 namespace MXF::Zelm::Essence::Converters {
@@ -20,6 +21,14 @@ PCMToAES3::PCMToAES3(Templates::SharedPtr<DataIO::SliceSource> source, PCMFormat
         throw Exceptions::InvalidFormat("AES3 has invalid bytes per Sample");
     if (status)
         statuses_.assign(format.channels, *status);
+}
+
+void PCMToAES3::channelStatus(unsigned channel, AES3::ChannelStatus const& status) {
+    if (channel >= format_.channels)
+        throw Exceptions::InvalidValue("Channel " + std::to_string(channel) + " of " +
+                                       std::to_string(format_.channels));
+    statuses_.resize(format_.channels);
+    statuses_[channel] = status;
 }
 
 void PCMToAES3::convert(const unsigned char* in, std::size_t units, unsigned char* out) {

@@ -18,6 +18,9 @@ constexpr std::uint64_t headSize = 8, riffHeadSize = 12;
 constexpr std::uint32_t noSize = 0xFFFFFFFF;
 constexpr std::uint64_t noLargeSize = ~std::uint64_t{0};
 
+/// What a common writer that cannot go back leaves, cut to whole instants, with nothing behind the samples.
+constexpr std::uint32_t openSize = 0x7FFFF000;
+
 constexpr std::uint16_t tagPCM = 1, tagExtensible = 0xFFFE;
 
 /// The sub format of an extensible one behind its tag.
@@ -45,12 +48,12 @@ std::string text(DataIO::Slice const& bytes, std::size_t from, std::size_t size)
     return {begin, std::find(begin, begin + size, 0)};
 }
 
-bool isPCM(DataIO::Slice const& format) {
+/// The tag of the format; of an extensible one the tag that its sub format stands for, if there is one.
+std::uint16_t tagOf(DataIO::Slice const& format) {
     std::uint16_t const tag = number16(format, 0);
-    if (tag != tagExtensible)
-        return tag == tagPCM;
-    return format.size() >= 40 && number16(format, 24) == tagPCM &&
-           std::memcmp(format.data() + 26, waveSubFormat, sizeof waveSubFormat) == 0;
+    bool const standsForTag = tag == tagExtensible && format.size() >= 40 &&
+                              std::memcmp(format.data() + 26, waveSubFormat, sizeof waveSubFormat) == 0;
+    return standsForTag ? number16(format, 24) : tag;
 }
 
 } // namespace
@@ -172,9 +175,9 @@ void WaveReader::takeFormat(Head const& head, DataIO::Slice const& bytes) {
     if (bytes.size() < plainSize)
         throw at(head.offset, InvalidFormat("The format of the Wave file (fmt chunk) has " +
                                             std::to_string(bytes.size()) + " bytes, expected 16"));
-    if (!isPCM(bytes))
+    if (tagOf(bytes) != tagPCM)
         throw at(head.offset, InvalidFormat("The samples of the Wave file have format " +
-                                            std::to_string(number16(bytes, 0)) + ", not PCM"));
+                                            std::to_string(tagOf(bytes)) + ", not PCM"));
     bool const isExtensible = number16(bytes, 0) == tagExtensible;
     std::uint16_t const blockAlign = number16(bytes, 12), bits = number16(bytes, 14);
     format_.channels = number16(bytes, 2);
@@ -204,13 +207,17 @@ void WaveReader::takeData(Head const& head) {
     samples_ = std::make_shared<DataIO::BoundedSliceSource>(source_, size);
 }
 
-/// The largest number when the file was not closed: a writer that could not go back left FFFFFFFF, or 0 in a
-/// file that says it ends here.
+/// The largest number when the file was not closed: a writer that could not go back left FFFFFFFF, or 0 or
+/// the like of 7FFFF000 in a file that says it ends behind it.
 std::uint64_t WaveReader::sizeOfData(Head const& head) const {
     if (head.size == noSize)
         return largeDataSize_ && *largeDataSize_ != 0 ? *largeDataSize_ : noLargeSize;
-    bool const endsHere = riffSize_ == 0 || riffSize_ == noSize || riffSize_ == noLargeSize ||
-                          riffSize_ <= head.offset - start_ - headSize;
+    std::uint64_t const before = head.offset - start_ - headSize; // what the RIFF chunk holds before
+    if (head.size == openSize / format_.blockAlign() * format_.blockAlign() &&
+        riffSize_ == before + head.size + head.size % 2)
+        return noLargeSize;
+    bool const endsHere =
+        riffSize_ == 0 || riffSize_ == noSize || riffSize_ == noLargeSize || riffSize_ <= before;
     return head.size == 0 && endsHere ? noLargeSize : head.size;
 }
 

@@ -92,6 +92,8 @@ D10SoundAnalyzer::describe(Metadata::PartitionMetadata& metadata,
     descriptor.locked(Types::Boolean(true));
     descriptor.channelCount(Types::UInt32(declaredChannels_));
     descriptor.quantizationBits(Types::UInt32(bits_));
+    if (channelMap_ && descriptor.subDescriptors().empty())
+        channelMap_->label(metadata, descriptor, 0, sound_.format().channels);
     return descriptor;
 }
 

@@ -86,7 +86,8 @@ bool Clip::doNextContentPackage(DataIO::Chain& out, Templates::Rational<std::int
     if (hasEnded_)
         return false;
     position = Utils::framesToSeconds(editUnits(), editRate_);
-    while (!hasEnded_ && out.size() < partSize) {
+    std::uint64_t const wanted = hasBegun_ || !data_.mayEndEarly ? partSize : 1;
+    while (!hasEnded_ && out.size() < wanted) {
         unit_.clear();
         hasEnded_ = !data_.analyzer->nextEditUnit(unit_);
         if (!hasEnded_)

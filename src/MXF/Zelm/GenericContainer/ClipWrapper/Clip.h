@@ -47,6 +47,7 @@ struct ClipData {
     KLV::Key key = {};
     unsigned char berLength = 9;
     std::uint32_t kagSize = 1;
+    bool mayEndEarly = false;
 };
 
 class Clip final : public Source {

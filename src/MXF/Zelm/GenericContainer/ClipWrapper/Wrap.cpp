@@ -51,6 +51,8 @@ void Wrap::elementNumber(unsigned char number) { state_->elementNumber = number;
 
 void Wrap::trackID(unsigned int id) { state_->trackID = id; }
 
+void Wrap::mayEndEarly() { state_->data.mayEndEarly = true; }
+
 KLV::Key Wrap::State::elementKey() const {
     return ElementKey::makeKey(data.analyzer->itemTypeIdentifier(), 1, data.analyzer->essenceElementType(),
                                elementNumber);

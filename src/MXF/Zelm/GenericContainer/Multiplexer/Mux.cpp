@@ -156,6 +156,11 @@ void Mux::paddToEditUnit(unsigned int size) {
 
 Mux::PaddingKind Mux::paddingType() const { return state_->settings().padding; }
 
+void Mux::trackID(unsigned int first) {
+    state_->settings();
+    state_->trackID = first;
+}
+
 void Mux::indexFillPackets(bool isIndexed) { state_->settings().indexFillPackets = isIndexed; }
 
 /// Puts the entries of all items into one list, in the order of the content package.
