@@ -139,7 +139,7 @@ TEST(CodedSoundAnalyzer, GoesOnWithoutContentAndTellsWhatIsAmiss) {
               "5 bytes are no frames of MPEG audio, the first at 0xC0: the sound ends before them");
     CodedSoundAnalyzer changes(sourceOf(layer2, size, 2, hex("FF FD 14 00") + repeated(92, 7)), mpegAudio());
     EXPECT_EQ(counts(changes, {25, 1}), (Counts{2, 1}));
-    EXPECT_EQ(changes.fault(), "MPEG audio of 1 channels has 2 from 0xC0 on");
+    EXPECT_EQ(changes.fault(), "MPEG audio changes from 1 to 2 channels at 0xC0");
     EXPECT_FALSE(CodedSoundAnalyzer(sourceOf(layer2, size, 0, repeated(500, 0)), mpegAudio()).preload());
 }
 

@@ -91,6 +91,27 @@ TEST(WrapInputs, TakesStreamsOutOfPackets) {
     EXPECT_NE(report["notes"][0].get<std::string>().find("stream 0xC0 (MPEG audio)"), std::string::npos);
 }
 
+/// Shorter than the pictures: it goes on without content beside them, and ends in a file of its own.
+TEST(WrapInputs, TakesSoundInCodedFrames) {
+    constexpr unsigned pictures = 8;
+    Bytes frames;
+    for (unsigned char i = 0; i < 4; ++i)
+        frames = frames + hex("FF FD 14 C0") + repeated(92, i);
+    Inputs const inputs;
+    auto const file = inputs.add("clip.pes", pes(0xE0, video()) + pes(0xC1, frames));
+    auto const tracks = inputs.report({file})["tracks"];
+    ASSERT_EQ(tracks.size(), 2u);
+    EXPECT_EQ(tracks[1]["edit_units"], pictures);
+    EXPECT_EQ(tracks[1]["md5"], inputs.md5("clip.mp2", frames));
+    auto const alone = inputs.report({inputs.file("clip.mp2")})["tracks"];
+    EXPECT_EQ(alone[0]["edit_units"], 4u) << "a frame each";
+    EXPECT_EQ(inputs.report({inputs.file("clip.mp2"), "--rate", "25"})["tracks"][0]["edit_units"], 2u);
+    auto const two = inputs.wrap({file, "--preset", "as02", "--json"});
+    ASSERT_EQ(two.status, 0) << two.errors;
+    EXPECT_EQ(Json::parse(two.output)["files"][1]["tracks"][0]["edit_units"], 4u);
+    EXPECT_EQ(inputs.wrap({file, "--preset", "rdd9"}).status, 2) << "sound of samples is asked for";
+}
+
 TEST(WrapInputs, TakesAVCThatBeginsAmidAGroup) {
     auto const head = hex(R"(
         00 00 01 BA  44 00 04 00 04 01 00 00 03 F8

@@ -77,7 +77,8 @@ bool hasLevelOfRdd9(WrapPlan const& plan) {
 bool hasSoundOfTelevision(WrapPlan const& plan) {
     return holdsForAll(plan, 'a', [](WrapTrack const& track) {
         bool const hasBits = track.format.validBits == 16 || track.format.validBits == 24;
-        return !track.tail || (track.format.samplingRate == 48000 && hasBits);
+        bool const isCoded = track.openEnd != nullptr;
+        return !isCoded && (!track.tail || (track.format.samplingRate == 48000 && hasBits));
     });
 }
 

@@ -56,9 +56,9 @@ bool CodedSoundAnalyzer::preload() {
 void CodedSoundAnalyzer::advance() {
     ahead_ = frames_.next();
     if (ahead_ && ahead_->header.channels != header().channels && change_.empty())
-        change_ = format_.name.data() + (" of " + std::to_string(header().channels)) + " channels has " +
-                  std::to_string(ahead_->header.channels) + " from 0x" +
-                  ByteCoders::toHexadecimal(ahead_->offset) + " on";
+        change_ = std::string(format_.name) + " changes from " + std::to_string(header().channels) + " to " +
+                  std::to_string(ahead_->header.channels) + " channels at 0x" +
+                  ByteCoders::toHexadecimal(ahead_->offset);
 }
 
 std::string CodedSoundAnalyzer::fault() const {
