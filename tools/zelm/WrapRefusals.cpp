@@ -19,9 +19,8 @@ const unsigned char* behindStartCode(InputHead const& head) {
 }
 
 bool hasAt(InputHead const& head, std::size_t offset, std::string_view text) {
-    auto const* const bytes = head.bytes.data() + offset;
     return head.bytes.size() >= offset + text.size() &&
-           std::equal(text.begin(), text.end(), bytes,
+           std::equal(text.begin(), text.end(), head.bytes.data() + offset,
                       [](char a, unsigned char b) { return static_cast<unsigned char>(a) == b; });
 }
 

@@ -1,6 +1,5 @@
 /// Sound that comes in coded frames: each begins with a header that tells its size, and stands for a fixed
-/// number of samples. A further format is a function that reads its header, and
-/// a row of `formats`.
+/// number of samples. A further format is a function that reads its header, and a row of `formats`.
 #pragma once
 
 #include "MXF/Zelm/Platform/Export.h"
