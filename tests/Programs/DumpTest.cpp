@@ -121,8 +121,10 @@ TEST(Info, GoesOnAfterAFileThatCannotBeRead) {
 TEST(Help, FitsATerminal) {
     for (auto const* const command : {"wrap", "rewrap", "ancillary"}) {
         std::istringstream help(runZelm({"help", command}).output);
-        for (std::string line; std::getline(help, line);)
+        for (std::string line; std::getline(help, line);) {
             EXPECT_TRUE(line.size() <= 110 || line.find("  --") == 0) << line; // an option's own words
+            EXPECT_EQ(line.find(" in ["), std::string::npos) << line;          // a check's own words
+        }
     }
 }
 

@@ -333,6 +333,7 @@ TEST(Wrap, RefusesAndLeavesNothingBehind) {
         {{"clip.m2v"}, {"--preset", "atom", "--system-item"}, "--system-item"},
         {{"text.txt"}, {"--as", "data", "--clip"}, "is wrapped by edit units alone"},
         {{"clip.wav"}, {"--pcm", "16"}, "--pcm"},
+        {{}, {"-"}, "standard input"},
         {{"clip.m2v"}, {"--first", "3"}, "--first"},
         {{"clip.m2v"}, {"--program", "3"}, "--program"},
         {{"clip.m2v"}, {"--pattern", "op3a", "--play", "0:4", "--play", "5:6"}, "more parts than"},

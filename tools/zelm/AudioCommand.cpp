@@ -30,13 +30,13 @@ public:
             .add_option("--silence", silence_,
                         "No sample of silence reaches this level, in dBFS; -60 unless given")
             ->type_name("DB")
-            ->check(CLI::Range(-200.0, 0.0))
+            ->check(CLI::Range(-200.0, 0.0).description(""))
             ->excludes(without);
         parser
             .add_option("--shortest-silence", shortest_,
                         "Shorter silence does not count, in seconds; 1 unless given")
             ->type_name("SECONDS")
-            ->check(CLI::Range(0.01, 86400.0))
+            ->check(CLI::Range(0.01, 86400.0).description(""))
             ->excludes(without);
         options_.declare(parser);
         parser.footer(footer);

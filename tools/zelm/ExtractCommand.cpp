@@ -33,6 +33,7 @@ public:
             .add_option("--track", tracks_,
                         "A track: v1, a2, d1 or g2 as --list shows it, v, a, d or g for all of a kind, or "
                         "track ID or number as zelm info shows them; may be repeated")
+            ->type_name("TRACK")
             ->allow_extra_args(false);
         parser
             .add_option(
@@ -51,7 +52,8 @@ public:
                 "What sounds are written as: wav, pcm (samples alone), 302m (SMPTE 302M in a transport "
                 "stream) or aes3 (SMPTE 331M words of 4 bytes); ancillary data: anc-json, vbi-json or "
                 "captions")
-            ->check(CLI::IsMember(conversionKinds));
+            ->type_name("KIND")
+            ->check(CLI::IsMember(conversionKinds).description(""));
         auto* const md5 = parser.add_flag("--md5", md5_, "Print the MD5 of each file as md5sum does");
         parser.add_flag("--list,--dry-run", list_, "Show what would be written, and write nothing")
             ->excludes(md5);

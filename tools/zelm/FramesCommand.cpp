@@ -19,6 +19,7 @@ public:
             .add_option("--track", request_.track,
                         "One track: v1, a2, d1 (picture, sound, data), its ID, or its number as zelm info "
                         "shows it; sizes and offsets are then those of its essence")
+            ->type_name("TRACK")
             ->check([](std::string const& text) {
                 return isTrackName(text) ? "" : "\"" + text + "\" names no track";
             });

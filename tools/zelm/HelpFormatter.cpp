@@ -11,6 +11,13 @@ constexpr std::size_t lineWidth = 100; // as wide as the texts below the options
 
 } // namespace
 
+/// A positional that may be any text is named well enough.
+std::string HelpFormatter::make_option_opts(CLI::Option const* option) const {
+    static std::string const anything = " TEXT";
+    auto text = CLI::Formatter::make_option_opts(option);
+    return option->nonpositional() || text.rfind(anything, 0) != 0 ? text : text.substr(anything.size());
+}
+
 std::string HelpFormatter::make_option_desc(CLI::Option const* option) const {
     return broken(CLI::Formatter::make_option_desc(option));
 }

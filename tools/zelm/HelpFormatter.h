@@ -10,6 +10,7 @@ namespace Zelm {
 /// Breaks descriptions into lines beside the names that they describe.
 class HelpFormatter : public CLI::Formatter {
 public:
+    std::string make_option_opts(CLI::Option const* option) const override;
     std::string make_option_desc(CLI::Option const* option) const override;
     std::string make_subcommand(CLI::App const* command) const override;
 

@@ -96,16 +96,20 @@ void LayoutOptions::declare(CLI::App& parser) {
         ->type_name("NAME");
     auto* const frames = group->add_flag("--frame", frame, "Wrap by edit units");
     group->add_flag("--clip", clip, "Wrap each track as one clip")->excludes(frames);
-    group->add_option("--rate", rate, "Edit units a second where no picture tells: 25, 30000/1001, 29.97");
-    group->add_option("--start-timecode", startTimecode,
-                      "HH:MM:SS:FF, or HH:MM:SS;FF for drop frame; else that of the essence");
+    group->add_option("--rate", rate, "Edit units a second where no picture tells: 25, 30000/1001, 29.97")
+        ->type_name("RATE");
+    group
+        ->add_option("--start-timecode", startTimecode,
+                     "HH:MM:SS:FF, or HH:MM:SS;FF for drop frame; else that of the essence")
+        ->type_name("TIMECODE");
     group->add_flag("--drop", drop, "Timecode drops numbers (29.97 and 59.94)");
     group->add_option("--kag", kagSize, "Alignment grid of packets, in bytes")
-        ->check(CLI::Range(1u, largestKAG));
+        ->type_name("BYTES")
+        ->check(CLI::Range(1u, largestKAG).description(""));
     group
         ->add_option("--partition-every", partitionEvery,
-                     "A new body partition every N edit units, or every so many seconds")
-        ->type_name("N|SECONDSs");
+                     "A new body partition every so many edit units (250) or seconds (10s)")
+        ->type_name("N|Ns");
     group
         ->add_option("--index", index,
                      "Where index tables go: footer, body (in body partitions, for what went before), own "
@@ -113,7 +117,8 @@ void LayoutOptions::declare(CLI::App& parser) {
         ->type_name("PLACE");
     group->add_flag("--system-item", systemItem, "A system item with timecode in each content package");
     group->add_option("--reserve", reserve, "Bytes left free behind the header metadata, for later edits")
-        ->check(CLI::Range(std::uint64_t{0}, largestReserve));
+        ->type_name("BYTES")
+        ->check(CLI::Range(std::uint64_t{0}, largestReserve).description(""));
     group->add_flag("--repeat-header", repeatHeader,
                     "Repeat the header metadata in each body partition, as known by then");
     group

@@ -33,11 +33,12 @@ protected:
             return text.find('=') != std::string::npos ? "" : "\"" + text + "\" has no =";
         };
         parser.add_option("--kag", layout.kagSize, "Alignment grid of packets, in bytes; 1 for no fill")
-            ->check(CLI::Range(1u, largestKAG));
+            ->type_name("BYTES")
+            ->check(CLI::Range(1u, largestKAG).description(""));
         parser
             .add_option("--partition-every", layout.partitionEvery,
-                        "A new body partition every N edit units, or every so many seconds")
-            ->type_name("N|SECONDSs");
+                        "A new body partition every so many edit units (250) or seconds (10s)")
+            ->type_name("N|Ns");
         parser
             .add_option("--index", layout.index,
                         "Where index tables go: footer, body (in body partitions, for what went before), own "
@@ -46,7 +47,8 @@ protected:
         parser
             .add_option("--reserve", layout.reserve,
                         "Bytes left free behind the header metadata, for later edits")
-            ->check(CLI::Range(std::uint64_t{0}, largestReserve));
+            ->type_name("BYTES")
+            ->check(CLI::Range(std::uint64_t{0}, largestReserve).description(""));
         parser
             .add_option("--meta", layout.metadata,
                         "Give a property of the header metadata a value, as zelm edit --set; may be repeated")
@@ -213,8 +215,10 @@ public:
             .add_option("--track", options_.tracks,
                         "A track to keep: v1, a2, d1, track ID or number as zelm info shows them; may be "
                         "repeated. Others are left out")
+            ->type_name("TRACK")
             ->allow_extra_args(false);
         parser.add_option("--without", options_.without, "A track to leave out; may be repeated")
+            ->type_name("TRACK")
             ->allow_extra_args(false);
         parser
             .add_option("--range", range_,
@@ -232,8 +236,10 @@ public:
         auto* const frames =
             parser.add_flag("--frame", layout.frame, "Wrap sound that is one clip by edit units");
         parser.add_flag("--clip", layout.clip, "Wrap sound as one clip")->excludes(frames);
-        parser.add_option("--rate", layout.rate,
-                          "With --frame, edit units a second where nothing tells: 25, 30000/1001, 29.97");
+        parser
+            .add_option("--rate", layout.rate,
+                        "With --frame, edit units a second where nothing tells: 25, 30000/1001, 29.97")
+            ->type_name("RATE");
         parser.add_flag("--system-item", layout.systemItem,
                         "A system item with timecode in content packages that have none");
         declareCommon(parser);

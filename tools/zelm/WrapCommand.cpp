@@ -31,7 +31,8 @@ public:
             ->type_name("FILE");
         layoutOptions_.declare(parser);
         parser.add_option("--channels", channels_, "Channels of a track of sound; 0 for all of an input")
-            ->check(CLI::Range(0u, 128u));
+            ->type_name("N")
+            ->check(CLI::Range(0u, 128u).description(""));
         parser
             .add_option("--map", map_,
                         "What the channels of all sounds are, in their order, for labels (SMPTE 377-4): "
@@ -41,10 +42,11 @@ public:
         parser.add_option("--pcm", pcm_, "What inputs are that nobody knows: samples, little-endian")
             ->type_name("BITS,CHANNELS,RATE");
         parser
-            .add_option(
-                "--as", options_.tracks.as,
-                "What all inputs are, whatever their bytes look like; of data each file is an edit unit")
-            ->check(CLI::IsMember(inputKindNames()));
+            .add_option("--as", options_.tracks.as,
+                        "What all inputs are, whatever their bytes look like: " +
+                            CLI::detail::join(inputKindNames(), ", ") + "; of data each file is an edit unit")
+            ->type_name("KIND")
+            ->check(CLI::IsMember(inputKindNames()).description(""));
         parser
             .add_option("--first", options_.tracks.first,
                         "Number that a sequence of files begins with; else the first that is there")
@@ -57,12 +59,14 @@ public:
         parser
             .add_option("--program", options_.tracks.program,
                         "The number of the program to take from transport streams, if not the first")
-            ->check(CLI::Range(1u, 65535u));
+            ->type_name("N")
+            ->check(CLI::Range(1u, 65535u).description(""));
         parser
             .add_option("--scan", options_.tracks.scan,
                         "What the codestreams of JPEG 2000 are: progressive pictures; two-fields, two for a "
                         "frame; or each a field, of which --rate tells the number a second")
-            ->check(CLI::IsMember(scanNames()));
+            ->type_name("KIND")
+            ->check(CLI::IsMember(scanNames()).description(""));
         parser.add_flag(
             "--aes3", options_.tracks.aes3,
             "Wrap sound as AES3, with its channel status in the descriptor, not as Broadcast Wave");
@@ -106,7 +110,8 @@ private:
     static constexpr const char* footer =
         "\nInputs are told by what they hold:\n"
         "  pictures     MPEG-1, MPEG-2, D-10, DV and AVC streams; JPEG 2000 (codestreams, JP2)\n"
-        "  sound        Wave, RF64 and BW64; SMPTE 302M; samples (--pcm)\n"
+        "  sound        Wave, RF64 and BW64; SMPTE 302M; MPEG audio, AC-3 and AAC frames;\n"
+        "               samples (--pcm)\n"
         "  data         timed text with its --resource files; packets as zelm ancillary --dump\n"
         "               --json prints them; anything else (--as data)\n"
         "  of several   MXF files (all tracks, as they are); MPEG program and transport streams;\n"

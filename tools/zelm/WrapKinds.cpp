@@ -206,6 +206,12 @@ InputKind const& kindNamed(InputHead const& head) {
     throw CannotWrap(head.name + ": no kind of input is named " + head.as);
 }
 
+std::uint64_t sizeOf(std::string const& file) {
+    if (file == "-")
+        throw CannotWrap("standard input cannot be wrapped: inputs are read more than once, from files");
+    return FileSliceSource{std::string_view(file)}.size();
+}
+
 } // namespace
 
 InputHead::InputHead(std::string const& file)
@@ -214,7 +220,7 @@ InputHead::InputHead(std::string const& file)
           return std::make_shared<FileSliceSource>(std::string_view(file), blocks);
       }),
       isFile_(true) {
-    fileSize = FileSliceSource{std::string_view(file)}.size();
+    fileSize = sizeOf(file);
     readStart();
 }
 
