@@ -72,7 +72,10 @@ TEST(JPEG2000Analyzer, DescribesLumaAndColourDifferences) {
     EXPECT_EQ(*descriptor.colorRange(), 897u);
     auto const full = analyzerOf({jp2File(codestream())});
     ASSERT_TRUE(full->preload());
-    EXPECT_EQ(*AnalyzerPackage().describedBy<CDCIEssenceDescriptor>(*full).blackRefLevel(), 0u) << "sYCC";
+    AnalyzerPackage fullPackage;
+    auto const& levels = fullPackage.describedBy<CDCIEssenceDescriptor>(*full);
+    EXPECT_EQ(*levels.blackRefLevel(), 0u) << "sYCC";
+    EXPECT_EQ(levels.colorRange()->value(), std::uint64_t{1} << levels.componentDepth()->value());
 }
 
 TEST(JPEG2000Analyzer, FramesOfTwoFieldsHaveTwoCodestreams) {

@@ -135,13 +135,17 @@ void describeColours(GenericPictureEssenceDescriptor& descriptor, JPEG2000Pictur
     }
 }
 
-/// Luma and colour differences have levels above black and below white, but in the space of JP2 files.
+/// Luma and colour differences have values below black and above white, but in the spaces of JP2 files.
 void describeLevels(CDCIEssenceDescriptor& descriptor, JPEG2000Pictures const& pictures) {
     auto const& luma = pictures.header.components.front();
     unsigned const bits = bitsOf(luma);
-    if (pictures.colourSpace == CodestreamCutter::sYCC || bits < 8) {
+    bool const isOfJP2 =
+        pictures.colourSpace == CodestreamCutter::sYCC || pictures.colourSpace == CodestreamCutter::greyscale;
+    if (isOfJP2 || bits < 8) {
         descriptor.blackRefLevel(Types::UInt32(0));
         descriptor.whiteRefLevel(greatestValue(luma));
+        if (bits < 32)
+            descriptor.colorRange(Types::UInt32(std::uint32_t{1} << bits));
         return;
     }
     unsigned const shift = bits - 8;
