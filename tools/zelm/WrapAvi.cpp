@@ -89,6 +89,7 @@ private:
         case Content::DV:
         case Content::InterleavedDV:
             found.emplace_back(nameOf(stream), opening(withRepeats(reader_.streams()[stream].chunks)));
+            found.back().as = "dv";
             return;
         case Content::MJPEG:
             throw CannotWrap(nameOf(stream) + ": motion JPEG has no mapping into MXF");
