@@ -323,6 +323,9 @@ TEST(WrapInputs, KeepsPacketsOfSMPTE302MWithTheirBits) {
     extract({"--as", "302m"});
     EXPECT_EQ(inputs.report({inputs.file("out_a1.ts"), "--packets"})["tracks"][0]["md5"],
               kept["tracks"][0]["md5"]);
+    auto const television =
+        inputs.wrap({inputs.add("clip.m2v", video()), sound, "--packets", "--preset", "rdd9"});
+    EXPECT_NE(television.errors.find("sound of 16 or 24 bits"), std::string::npos) << television.errors;
     EXPECT_NE(
         inputs.wrap({sound, "--packets", "--rate", "50"}).errors.find("do not go into edit units of 960"),
         std::string::npos);

@@ -74,11 +74,15 @@ bool hasLevelOfRdd9(WrapPlan const& plan) {
     });
 }
 
+/// Samples by their mapping: of Wave and AES3 (SMPTE 382M), or with D-10 pictures (SMPTE 386M). What tracks
+/// of other MXF files hold is not looked at further.
 bool hasSoundOfTelevision(WrapPlan const& plan) {
     return holdsForAll(plan, 'a', [](WrapTrack const& track) {
+        constexpr unsigned char ofD10 = 0x01, ofSamples = 0x06;
+        auto const mapping = track.tap->universalLabel().rawBuffer()[13];
         bool const hasBits = track.format.validBits == 16 || track.format.validBits == 24;
-        bool const isCoded = track.openEnd != nullptr;
-        return !isCoded && (!track.tail || (track.format.samplingRate == 48000 && hasBits));
+        return (mapping == ofD10 || mapping == ofSamples) &&
+               (!track.tail || (track.format.samplingRate == 48000 && hasBits));
     });
 }
 
