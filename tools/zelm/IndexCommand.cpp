@@ -1,6 +1,6 @@
 /// `zelm index FILE`: the index tables of a file, and where edit units lie.
-#include "IndexPlot.h"
 #include "ForceOption.h"
+#include "IndexPlot.h"
 #include "IndexReport.h"
 #include "MetadataChoice.h"
 #include "UnitRange.h"
