@@ -236,6 +236,14 @@ void removeTrack(PartitionMetadata& metadata, Structural::SourcePackage& package
     removeDescriptor(metadata, package, trackID);
 }
 
+Structural::GenericPackage* packageOf(PartitionMetadata const& metadata, Types::UMID32 const& uid) {
+    for (auto* const set : metadata.packages())
+        if (auto* const package = dynamic_cast<Structural::GenericPackage*>(set);
+            package != nullptr && package->packageUID() != nullptr && *package->packageUID() == uid)
+            return package;
+    return nullptr;
+}
+
 void removePackage(PartitionMetadata& metadata, Structural::SourcePackage& package) {
     auto* const storage = Structural::findPreface(metadata).contentStorage();
     for (auto* const data : storage->essenceContainerData())

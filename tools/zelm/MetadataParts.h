@@ -24,6 +24,10 @@ void forOwned(MXF::Zelm::Metadata::PartitionMetadata const& metadata, MXF::Zelm:
 /// Removes a set to which nothing refers any more, and all that only it owns.
 void removeWithOwned(MXF::Zelm::Metadata::PartitionMetadata& metadata, MXF::Zelm::Metadata::MetadataSet& set);
 
+/// The package with a UMID, null when there is none.
+MXF::Zelm::Metadata::Structural::GenericPackage*
+packageOf(MXF::Zelm::Metadata::PartitionMetadata const& metadata, MXF::Zelm::Types::UMID32 const& uid);
+
 /// Gives a package another UMID, wherever it is named.
 void renamePackage(MXF::Zelm::Metadata::PartitionMetadata& metadata, MXF::Zelm::Types::UMID32 const& from,
                    MXF::Zelm::Types::UMID32 const& to);

@@ -1,6 +1,7 @@
 #include "PlayedAsOne.h"
 
 #include "Likeness.h"
+#include "MetadataParts.h"
 #include "PlayedDescriptions.h"
 
 #include <MXF/Zelm/Exceptions/Exceptions.h>
@@ -111,14 +112,6 @@ bool isReferredTo(PartitionMetadata const& metadata, Types::UMID32 const& packag
     return false;
 }
 
-Structural::SourcePackage* packageOf(PartitionMetadata const& metadata, Types::UMID32 const& uid) {
-    for (auto* const set : metadata.packages())
-        if (auto* const package = dynamic_cast<Structural::SourcePackage*>(set);
-            package != nullptr && package->packageUID() != nullptr && *package->packageUID() == uid)
-            return package;
-    return nullptr;
-}
-
 std::vector<Types::UMID32> originsOf(Structural::SourcePackage const& package) {
     std::vector<Types::UMID32> origins;
     for (auto const* const track : package.tracks())
@@ -137,7 +130,7 @@ void removeWithOrigins(PartitionMetadata& metadata, std::vector<Structural::Sour
         auto const origins = originsOf(package);
         removePackage(metadata, package);
         for (auto const& origin : origins)
-            if (auto* const found = packageOf(metadata, origin);
+            if (auto* const found = dynamic_cast<Structural::SourcePackage*>(packageOf(metadata, origin));
                 found != nullptr && !isReferredTo(metadata, origin) && taken.insert(found).second)
                 waiting.push_back(found);
     }

@@ -76,14 +76,6 @@ Seconds longestOf(std::vector<Structural::TimelineTrack*> const& tracks) {
     return longest;
 }
 
-Structural::GenericPackage* packageOf(PartitionMetadata const& metadata, Types::UMID32 const& uid) {
-    for (auto* const set : metadata.packages())
-        if (auto* const package = dynamic_cast<Structural::GenericPackage*>(set);
-            package != nullptr && package->packageUID() != nullptr && *package->packageUID() == uid)
-            return package;
-    return nullptr;
-}
-
 } // namespace
 
 Playlist::Playlist(PartitionMetadata& metadata, ContainerCopies& copies, StreamIDs& streams,
